@@ -1,0 +1,87 @@
+#include "core/attackquery.h"
+
+#include "core/attacks.h"
+#include "core/bitboard.h"
+#include "core/board.h"
+
+bool IsSquareAttacked(int side, int square) {
+    if (PawnCaptures[ChangeSide(side)][square] & board.Pieces[PAWN][side]) return true;
+    if (KnightTargets[square] & board.Pieces[KNIGHT][side]) return true;
+    if (KingTargets[square] & board.Pieces[KING][side]) return true;
+    // The rays on an empty board keep most squares away from the exact lookups.
+    const Bitboard straight = board.StraightSliders & board.Occupied[side];
+    if ((straight & StraightRays[square]) && (StraightAttacks(square) & straight)) return true;
+    const Bitboard diagonal = board.DiagonalSliders & board.Occupied[side];
+    return (diagonal & DiagonalRays[square]) && (DiagonalAttacks(square) & diagonal);
+}
+
+Bitboard AttackersOf(int side, int square) {
+    return (DiagonalAttacks(square) & (board.Pieces[BISHOP][side] | board.Pieces[QUEEN][side])) |
+           (StraightAttacks(square) & (board.Pieces[ROOK][side] | board.Pieces[QUEEN][side])) |
+           (KingTargets[square] & board.Pieces[KING][side]) |
+           (KnightTargets[square] & board.Pieces[KNIGHT][side]) |
+           (PawnCaptures[ChangeSide(side)][square] & board.Pieces[PAWN][side]);
+}
+
+Bitboard AttacksFrom(int square, int side, unsigned piece) {
+    switch (piece) {
+        case KING:
+            return KingTargets[square];
+        case KNIGHT:
+            return KnightTargets[square];
+        case PAWN:
+            return PawnCaptures[side][square];
+        case ROOK:
+            return StraightAttacks(square);
+        case BISHOP:
+            return DiagonalAttacks(square);
+        case QUEEN:
+            return StraightAttacks(square) | DiagonalAttacks(square);
+        default:
+            return 0;
+    }
+}
+
+namespace {
+
+// The attack set along the whole line that a step belongs to.
+Bitboard LineAttacks(int square, int step) {
+    switch (step) {
+        case 1:
+        case -1:
+            return AttacksOnRank(square);
+        case 8:
+        case -8:
+            return AttacksOnFile(square);
+        case 9:
+        case -9:
+            return AttacksOnDiagA1H8(square);
+        default:
+            return AttacksOnDiagA8H1(square);
+    }
+}
+
+}  // namespace
+
+Bitboard RayAttacks(int square, int step) {
+    const Bitboard halfRay = HalfRays[DirectionIndex(step)][square];
+    return LineAttacks(square, step) & halfRay;
+}
+
+Bitboard XrayRay(int target, int square) {
+    const int step = Direction[target * 64 + square];
+    const Bitboard sliders = IsStraightStep(step) ? board.StraightSliders : board.DiagonalSliders;
+    return RayAttacks(square, step) & sliders;
+}
+
+bool IsPinned(int square) {
+    const int us = board.SideToMove, king = static_cast<int>(board.KingSquare[us]);
+    const int step = Direction[king * 64 + square];
+    if (step == 0) return false;
+    if (BetweenSquares[king * 64 + square] & AllOccupied()) return false;
+    return (XrayRay(king, square) & board.Occupied[ChangeSide(us)]) != 0;
+}
+
+bool IsKingAttacked(int side) {
+    return IsSquareAttacked(ChangeSide(side), static_cast<int>(board.KingSquare[side]));
+}

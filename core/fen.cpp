@@ -1,0 +1,162 @@
+#include "core/fen.h"
+
+#include <cstring>
+
+#include "core/bitboard.h"
+#include "core/board.h"
+#include "core/keys.h"
+#include "core/psqt.h"
+#include "core/textfold.h"
+
+namespace {
+
+constexpr char WHITE_LETTERS[] = ".KNP?RBQ";
+constexpr char BLACK_LETTERS[] = ".knp?rbq";
+constexpr char CASTLING_LETTERS[] = "KQkq";
+
+// The man of a FEN letter; false for any other character.
+bool ReadMan(char letter, int& side, unsigned& piece) {
+    for (const unsigned code : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
+        if (letter != WHITE_LETTERS[code] && letter != BLACK_LETTERS[code]) continue;
+        side = letter == WHITE_LETTERS[code] ? WHITE : BLACK;
+        piece = code;
+        return true;
+    }
+    return false;
+}
+
+const char* SkipSpaces(const char* text) {
+    while (*text == ' ') ++text;
+    return text;
+}
+
+// Reads the placement field; returns what follows it.
+const char* ReadPlacement(const char* text) {
+    int file = 0, rank = 7;
+    for (; *text != '\0' && *text != ' '; ++text) {
+        int side = WHITE;
+        unsigned piece = EMPTY;
+        if (*text == '/') {
+            file = 0;
+            if (--rank < 0) break;
+        } else if (*text >= '1' && *text <= '8') {
+            file += *text - '0';
+        } else if (ReadMan(*text, side, piece)) {
+            // Men beyond the h-file have no square; a rank that is too long loses them.
+            if (file < 8) AddPiece(MakeSquare(file, rank), side, piece);
+            ++file;
+        }
+    }
+    while (*text != '\0' && *text != ' ') ++text;
+    return text;
+}
+
+const char* ReadCastling(const char* text) {
+    board.CastlingFlags = 0;
+    for (; *text != '\0' && *text != ' '; ++text) {
+        const char* letter = std::strchr(CASTLING_LETTERS, *text);
+        if (letter != nullptr) board.CastlingFlags |= 1u << (letter - CASTLING_LETTERS);
+    }
+    return text;
+}
+
+bool HasManOn(int square, int side, unsigned piece) {
+    return (board.Pieces[piece][side] & SquareBit(square)) != 0;
+}
+
+void CutCastlingRights() {
+    if (!HasManOn(E1, WHITE, KING)) board.CastlingFlags &= ~(WHITE_SHORT | WHITE_LONG);
+    if (!HasManOn(E8, BLACK, KING)) board.CastlingFlags &= ~(BLACK_SHORT | BLACK_LONG);
+    if (!HasManOn(A1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_LONG;
+    if (!HasManOn(H1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_SHORT;
+    if (!HasManOn(A8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_LONG;
+    if (!HasManOn(H8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_SHORT;
+}
+
+// Writes the double step that led to `to` into History[0], with the state that taking it back restores.
+void RecordDoubleStep(int from, int to, int mover) {
+    const PsqEntry* table = &PsqTable[PsqIndex(PAWN, mover, 0)];
+    const int sign = mover == BLACK ? 1 : -1;
+    HistoryRecord& record = History[0];
+    record.HashKey = board.HashKey ^ PieceKeys[mover][PAWN][from] ^ PieceKeys[mover][PAWN][to];
+    record.Fifty = 0;
+    record.Move = BuildMove(from, to, PAWN);
+    record.CastlingFlags = board.CastlingFlags;
+    record.MaterialSignature = board.MaterialSignature;
+    record.PsqOpening =
+        static_cast<int16_t>(board.PsqOpening + sign * (table[from].Opening - table[to].Opening));
+    record.PsqEnding = static_cast<int16_t>(board.PsqEnding + sign * (table[from].Ending - table[to].Ending));
+    HistoryLength = 1;
+}
+
+void ReadEnPassant(const char* text) {
+    const char fileLetter = FoldCase(text[0]);
+    if (fileLetter < 'a' || fileLetter > 'h') return;
+    const int mover = ChangeSide(board.SideToMove);
+    const int rank = mover == BLACK ? 4 : 3;
+    if (text[1] != '1' + rank) return;
+    const int to = MakeSquare(fileLetter - 'a', rank);
+    if (HasManOn(to, mover, PAWN)) RecordDoubleStep(to + (mover == BLACK ? 16 : -16), to, mover);
+}
+
+void WritePlacement(std::string& text) {
+    for (int rank = 7; rank >= 0; --rank) {
+        int empty = 0;
+        for (int file = 0; file < 8; ++file) {
+            const int square = MakeSquare(file, rank);
+            const unsigned piece = board.PieceOn[square];
+            const bool isBlack = (board.Occupied[BLACK] & SquareBit(square)) != 0;
+            if (piece == EMPTY) {
+                ++empty;
+            } else if (piece != KING || !isBlack) {
+                if (empty > 0) text += static_cast<char>('0' + empty);
+                empty = 0;
+                text += (isBlack ? BLACK_LETTERS : WHITE_LETTERS)[piece];
+            }
+        }
+        if (empty > 0) text += static_cast<char>('0' + empty);
+        if (rank > 0) text += '/';
+    }
+}
+
+void WriteEnPassant(std::string& text) {
+    const Move last = LastMove();
+    if (!IsDoubleStep(last)) {
+        text += "- ";
+        return;
+    }
+    const int to = MoveTo(last), file = FileOf(to);
+    const int us = board.SideToMove;
+    if ((file > 0 && HasManOn(to - 1, us, PAWN)) || (file < 7 && HasManOn(to + 1, us, PAWN))) {
+        text += static_cast<char>('a' + file);
+        text += static_cast<char>('1' + RankOf(to));
+        text += ' ';
+    }
+}
+
+}  // namespace
+
+void LoadFEN(const char* text) {
+    HistoryLength = 0;
+    HistoryForgotten = 0;
+    ClearBoard();
+    text = SkipSpaces(ReadPlacement(SkipSpaces(text)));
+    board.SideToMove = *text == 'w' ? WHITE : BLACK;
+    if (*text != '\0') ++text;
+    text = SkipSpaces(ReadCastling(SkipSpaces(text)));
+    CutCastlingRights();
+    if (text[0] != '\0') ReadEnPassant(text);
+}
+
+std::string GetFEN(const char* extra) {
+    std::string text;
+    WritePlacement(text);
+    text += board.SideToMove == WHITE ? " w " : " b ";
+    for (int right = 0; right < 4; ++right) {
+        if (board.CastlingFlags >> right & 1) text += CASTLING_LETTERS[right];
+    }
+    text += board.CastlingFlags != 0 ? " " : "- ";
+    WriteEnPassant(text);
+    if (extra != nullptr) text += extra;
+    return text;
+}

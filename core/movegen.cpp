@@ -1,0 +1,194 @@
+#include "core/movegen.h"
+
+#include "core/attackquery.h"
+#include "core/attacks.h"
+#include "core/bitboard.h"
+#include "core/board.h"
+#include "core/movescore.h"
+
+namespace {
+
+void AppendCapture(int from, int to, unsigned piece, unsigned promotion = EMPTY) {
+    const Move move = BuildMove(from, to, piece, board.PieceOn[to], promotion);
+    AppendMove(move, CaptureScore(move));
+}
+
+// White's pawns are taken from the lowest square, Black's from the highest: each side's own rear first.
+template <int side>
+int PopPawn(Bitboard& pawns) {
+    return side == WHITE ? PopLowest(pawns) : PopHighest(pawns);
+}
+
+// The squares from which pawns of the side attack the set.
+template <int side>
+Bitboard PawnAttackersOn(Bitboard targets) {
+    if constexpr (side == WHITE) {
+        return (targets & ~FILE_A) >> 9 | (targets & ~FILE_H) >> 7;
+    } else {
+        return (targets & ~FILE_A) << 7 | (targets & ~FILE_H) << 9;
+    }
+}
+
+template <int side>
+void GeneratePawnCaptures(Bitboard targets) {
+    Bitboard pawns = PawnAttackersOn<side>(targets) & board.Pieces[PAWN][side];
+    while (pawns != 0) {
+        const int from = PopPawn<side>(pawns);
+        for (Bitboard set = PawnCaptures[side][from] & targets; set != 0;) {
+            const int to = PopLowest(set);
+            if (SquareBit(to) & RelativeRankBits(side, 7)) {
+                // The order differs on purpose from that of promotions without capture.
+                for (const unsigned piece : {QUEEN, KNIGHT, ROOK, BISHOP}) {
+                    AppendCapture(from, to, PAWN, piece);
+                }
+            } else {
+                AppendCapture(from, to, PAWN);
+            }
+        }
+    }
+}
+
+template <int side>
+void GenerateEnPassant() {
+    const Move last = LastMove();
+    constexpr int STEP = side == WHITE ? 8 : -8;
+    if (MovePiece(last) != PAWN || MoveTo(last) - MoveFrom(last) != -2 * STEP) return;
+    const int victim = MoveTo(last), file = FileOf(victim);
+    const Bitboard pawns = board.Pieces[PAWN][side];
+    for (const int offset : {-1, 1}) {
+        if (file + offset < 0 || file + offset > 7) continue;
+        if (pawns & SquareBit(victim + offset)) {
+            const Move move = BuildMove(victim + offset, victim + STEP, PAWN);
+            AppendMove(move, CaptureScore(move));
+        }
+    }
+}
+
+template <int side, unsigned piece>
+Bitboard PieceTargets(int from) {
+    if constexpr (piece == KNIGHT) return KnightTargets[from];
+    if constexpr (piece == KING) return KingTargets[from];
+    if constexpr (piece == BISHOP) return DiagonalAttacks(from);
+    if constexpr (piece == ROOK) return StraightAttacks(from);
+    if constexpr (piece == QUEEN) return StraightAttacks(from) | DiagonalAttacks(from);
+}
+
+template <int side, unsigned piece>
+void GeneratePieceCaptures(Bitboard targets) {
+    for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
+        const int from = PopLowest(men);
+        for (Bitboard set = PieceTargets<side, piece>(from) & targets; set != 0;) {
+            AppendCapture(from, PopLowest(set), piece);
+        }
+    }
+}
+
+template <int side>
+void GenerateCapturesOf(Bitboard targets) {
+    GeneratePawnCaptures<side>(targets);
+    GenerateEnPassant<side>();
+    GeneratePieceCaptures<side, KNIGHT>(targets);
+    GeneratePieceCaptures<side, BISHOP>(targets);
+    GeneratePieceCaptures<side, ROOK>(targets);
+    GeneratePieceCaptures<side, QUEEN>(targets);
+    GeneratePieceCaptures<side, KING>(targets);
+}
+
+// Promotions of the pawns on the seventh rank whose square ahead is empty, White's highest square first.
+template <int side, unsigned... pieces>
+void GeneratePromotionsTo() {
+    constexpr int STEP = side == WHITE ? 8 : -8;
+    Bitboard pawns = board.Pieces[PAWN][side] & RelativeRankBits(side, 6);
+    while (pawns != 0) {
+        const int from = side == WHITE ? PopHighest(pawns) : PopLowest(pawns);
+        if (board.PieceOn[from + STEP] != EMPTY) continue;
+        (AppendCapture(from, from + STEP, PAWN, pieces), ...);
+    }
+}
+
+template <int side>
+void AppendQuiet(int from, int to, unsigned piece, int table) {
+    const Move move = BuildMove(from, to, piece);
+    AppendMove(move, HistoryCounter(move, table, side));
+}
+
+template <int side>
+void GenerateCastling(int table) {
+    constexpr int HOME = side == WHITE ? E1 : E8;
+    constexpr unsigned SHORT = side == WHITE ? WHITE_SHORT : BLACK_SHORT;
+    constexpr unsigned LONG = side == WHITE ? WHITE_LONG : BLACK_LONG;
+    constexpr Bitboard SHORT_PATH = SquareBit(HOME + 1) | SquareBit(HOME + 2);
+    constexpr Bitboard LONG_PATH = SquareBit(HOME - 1) | SquareBit(HOME - 2) | SquareBit(HOME - 3);
+    constexpr int OTHER = side ^ 1;
+    const Bitboard occupied = AllOccupied();
+    if ((board.CastlingFlags & SHORT) && !(occupied & SHORT_PATH) && !IsSquareAttacked(OTHER, HOME + 1) &&
+        !IsSquareAttacked(OTHER, HOME + 2)) {
+        AppendQuiet<side>(HOME, HOME + 2, KING, table);
+    }
+    if ((board.CastlingFlags & LONG) && !(occupied & LONG_PATH) && !IsSquareAttacked(OTHER, HOME - 1) &&
+        !IsSquareAttacked(OTHER, HOME - 2)) {
+        AppendQuiet<side>(HOME, HOME - 2, KING, table);
+    }
+}
+
+template <int side, unsigned piece>
+void GeneratePieceQuiet(Bitboard empty, int table) {
+    for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
+        const int from = PopLowest(men);
+        for (Bitboard set = PieceTargets<side, piece>(from) & empty; set != 0;) {
+            AppendQuiet<side>(from, PopLowest(set), piece, table);
+        }
+    }
+}
+
+template <int side>
+void GeneratePawnQuiet(Bitboard empty, int table) {
+    constexpr int STEP = side == WHITE ? 8 : -8;
+    Bitboard pawns = board.Pieces[PAWN][side] & ~RelativeRankBits(side, 6) & ShiftAhead<side ^ 1>(empty);
+    while (pawns != 0) {
+        const int from = PopPawn<side>(pawns);
+        AppendQuiet<side>(from, from + STEP, PAWN, table);
+        const bool isAtHome = (SquareBit(from) & RelativeRankBits(side, 1)) != 0;
+        if (isAtHome && (empty & SquareBit(from + 2 * STEP))) {
+            AppendQuiet<side>(from, from + 2 * STEP, PAWN, table);
+        }
+    }
+}
+
+template <int side>
+void GenerateQuietOf(int table) {
+    const Bitboard empty = ~AllOccupied();
+    GenerateCastling<side>(table);
+    GeneratePieceQuiet<side, KNIGHT>(empty, table);
+    GeneratePieceQuiet<side, BISHOP>(empty, table);
+    GeneratePawnQuiet<side>(empty, table);
+    GeneratePieceQuiet<side, ROOK>(empty, table);
+    GeneratePieceQuiet<side, QUEEN>(empty, table);
+    GeneratePieceQuiet<side, KING>(empty, table);
+}
+
+}  // namespace
+
+void GenerateCaptures(Bitboard targets) {
+    board.SideToMove == WHITE ? GenerateCapturesOf<WHITE>(targets) : GenerateCapturesOf<BLACK>(targets);
+}
+
+void GeneratePromotions() {
+    board.SideToMove == WHITE ? GeneratePromotionsTo<WHITE, QUEEN, ROOK, KNIGHT, BISHOP>()
+                              : GeneratePromotionsTo<BLACK, QUEEN, ROOK, KNIGHT, BISHOP>();
+}
+
+void GenerateQueenKnightPromotions() {
+    board.SideToMove == WHITE ? GeneratePromotionsTo<WHITE, QUEEN, KNIGHT>()
+                              : GeneratePromotionsTo<BLACK, QUEEN, KNIGHT>();
+}
+
+void GenerateQuiet(int table) {
+    board.SideToMove == WHITE ? GenerateQuietOf<WHITE>(table) : GenerateQuietOf<BLACK>(table);
+}
+
+void GenerateAllStages() {
+    GenerateCaptures(board.Occupied[ChangeSide(board.SideToMove)]);
+    GeneratePromotions();
+    GenerateQuiet(0);
+}

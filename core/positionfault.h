@@ -1,0 +1,10 @@
+#pragma once
+
+// What can be wrong with a board that was set up by hand.
+
+// Whether every derived field of `board` is what AddPiece makes of its men. False after edit mode has taken
+// men off without clearing the board, or after a programming error.
+bool IsBoardConsistent();
+
+// Why no game can have the position, in a few words, or null for a position that can be played.
+const char* FindPositionFault();

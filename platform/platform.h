@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// What the system gives; posix.cpp and windows.cpp implement it.
+
+// Milliseconds of a wall clock that never runs backwards; its zero is unspecified.
+int64_t ClockMs();
+
+// Whether a raw read of standard input would return without waiting (data, an event or the end of input).
+bool IsInputWaiting();
+
+// Reads at most `size` bytes of standard input and waits for at least one; 0 at the end of input or on error.
+size_t ReadRawInput(char* buffer, size_t size);
+
+// Prepares standard input and output for unaltered bytes; called once at start-up.
+void PrepareStandardStreams();
+
+// The length of a file in bytes, or -1 when it can't be read.
+int64_t FileLength(const std::string& path);
+
+// The names (without the directory) of the files in `directory` that end in `suffix`, unordered; the case of
+// ASCII letters in the ending does not matter. Empty when the directory can't be read.
+std::vector<std::string> FindFiles(const std::string& directory, const std::string& suffix);

@@ -1,0 +1,63 @@
+#include <dirent.h>
+#include <poll.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+
+#include "platform/platform.h"
+
+int64_t ClockMs() {
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+bool IsInputWaiting() {
+    pollfd descriptor{STDIN_FILENO, POLLIN, 0};
+    // A closed or broken descriptor counts as waiting, so that the read that follows reports the end of
+    // input.
+    return poll(&descriptor, 1, 0) > 0;
+}
+
+size_t ReadRawInput(char* buffer, size_t size) {
+    for (;;) {
+        const ssize_t count = read(STDIN_FILENO, buffer, size);
+        if (count >= 0) return static_cast<size_t>(count);
+        if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            // Someone who shares the descriptor made it non-blocking: wait for the bytes here.
+            pollfd descriptor{STDIN_FILENO, POLLIN, 0};
+            poll(&descriptor, 1, -1);
+        } else if (errno != EINTR) {
+            return 0;
+        }
+    }
+}
+
+void PrepareStandardStreams() {
+    // Interfaces interrupt an engine to get its attention; a readable pipe is attention enough.
+    std::signal(SIGINT, isatty(STDIN_FILENO) ? SIG_DFL : SIG_IGN);
+}
+
+int64_t FileLength(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return -1;
+    return status.st_size;
+}
+
+std::vector<std::string> FindFiles(const std::string& directory, const std::string& suffix) {
+    std::vector<std::string> names;
+    DIR* stream = opendir(directory.c_str());
+    if (stream == nullptr) return names;
+    while (const dirent* entry = readdir(stream)) {
+        const std::string name = entry->d_name;
+        if (name.size() >= suffix.size() &&
+            strcasecmp(name.c_str() + name.size() - suffix.size(), suffix.c_str()) == 0) {
+            names.push_back(name);
+        }
+    }
+    closedir(stream);
+    return names;
+}
