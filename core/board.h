@@ -82,6 +82,9 @@ inline int GamePly() {
     return HistoryLength + HistoryForgotten;
 }
 
+// Free records that every command finds: enough for the deepest search or perft line.
+constexpr int HISTORY_RESERVE = 208;
+
 // Makes room for at least `plies` more records by letting the oldest go, never the last hundred or so that a
 // repetition or the fifty-move rule could reach. `plies` is at most 256.
 void ReserveHistory(int plies);

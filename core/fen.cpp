@@ -108,10 +108,10 @@ void WritePlacement(std::string& text) {
             const bool isBlack = (board.Occupied[BLACK] & SquareBit(square)) != 0;
             if (piece == EMPTY) {
                 ++empty;
-            } else if (piece != KING || !isBlack) {
+            } else {
                 if (empty > 0) text += static_cast<char>('0' + empty);
                 empty = 0;
-                text += (isBlack ? BLACK_LETTERS : WHITE_LETTERS)[piece];
+                if (piece != KING || !isBlack) text += (isBlack ? BLACK_LETTERS : WHITE_LETTERS)[piece];
             }
         }
         if (empty > 0) text += static_cast<char>('0' + empty);

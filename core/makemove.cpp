@@ -376,6 +376,15 @@ void UnmakeMove() {
     }
 }
 
+bool TakeBackMove() {
+    const Move last = LastMove();
+    if (HistoryLength == 0 || last == NO_MOVE || board.PieceOn[MoveFrom(last)] != EMPTY) return false;
+    const bool isBlacks = (board.Occupied[BLACK] & SquareBit(MoveTo(last))) != 0;
+    board.SideToMove = isBlacks ? WHITE : BLACK;
+    UnmakeMove();
+    return true;
+}
+
 void MakeNullMove() {
     assert(HistoryLength < HISTORY_SIZE);
     SaveRecord();

@@ -11,6 +11,11 @@ void MakeMove(Move move, int save);
 // Takes back the last move made. History must not be empty.
 void UnmakeMove();
 
+// Takes back the last move of the game, whichever side is to move now: a command may have passed the turn
+// since. False, and nothing done, when there is none, or only a double step that came with a set-up position
+// and can't have been played in it.
+bool TakeBackMove();
+
 // The null move: passes the turn and leaves everything else, Fifty included, as it is. Not for the game
 // itself.
 void MakeNullMove();

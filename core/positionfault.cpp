@@ -24,6 +24,19 @@ bool IsBoardConsistent() {
     return rebuilt == actual;
 }
 
+bool HasPhantomMen() {
+    for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
+        for (const int side : {WHITE, BLACK}) {
+            for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
+                const int square = PopLowest(men);
+                if (board.PieceOn[square] != piece || !(board.Occupied[side] & SquareBit(square)))
+                    return true;
+            }
+        }
+    }
+    return false;
+}
+
 namespace {
 
 int CountKings(int side) {
@@ -47,5 +60,8 @@ const char* FindPositionFault() {
     }
     if (!IsBoardConsistent()) return "men were taken off without clearing the board";
     if (IsKingAttacked(ChangeSide(board.SideToMove))) return "the side not to move is in check";
+    const Move last = LastMove();
+    const Bitboard way = SquareBit(MoveFrom(last)) | SquareBit((MoveFrom(last) + MoveTo(last)) / 2);
+    if (IsDoubleStep(last) && (way & AllOccupied())) return "no pawn can have made the double step";
     return nullptr;
 }

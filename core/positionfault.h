@@ -6,5 +6,9 @@
 // men off without clearing the board, or after a programming error.
 bool IsBoardConsistent();
 
+// Whether a piece set names a man that does not stand on its square, as after taking men off in edit mode
+// without clearing the board. Moves can't be made on such a board.
+bool HasPhantomMen();
+
 // Why no game can have the position, in a few words, or null for a position that can be played.
 const char* FindPositionFault();

@@ -18,5 +18,6 @@ constexpr int PsqIndex(unsigned piece, int side, int square) {
     return (static_cast<int>(piece) * 2 + side) * 64 + square;
 }
 
-// Sets the board's two sums from the men on it.
+// Sets the two sums of the board, and those in the records of the game so far, from the tables as they are
+// now.
 void RebuildPsqSums();

@@ -1,0 +1,51 @@
+#pragma once
+
+// The evaluation's weights. All of them are rows of one table in weights.cpp, whose order is the order of
+// "values.txt". Written at start-up and by LoadWeights only.
+
+// The parameters from which a piece's square table is made, for one phase, in quarters of a centipawn. The
+// centre steps count -3, -1, 1, 3 from the edge to the middle.
+struct PsqWeights {
+    int FileCentre;  // per centre step of the file
+    int RankCentre;  // per centre step of the rank
+    int Advance;     // per rank from the own back rank
+    int HomeRank;    // on the own back rank
+};
+
+// By piece code and phase (0 opening, 1 ending).
+extern PsqWeights PsqParameters[8][2];
+
+// A side's king needs no shelter any more when the enemy's non-pawn material, in pawn units, is at most the
+// first, or at most the second and without a queen.
+extern int EndingUnits;
+extern int EndingUnitsNoQueen;
+
+// The king-safety settings of the personality: raw value in percent (0..300 in the settings file) and the
+// scaled value that the evaluation uses.
+struct Personality {
+    int Raw;
+    int Scaled;
+};
+extern Personality Aggressivity;  // scaled = raw x 50 / 100
+extern Personality Cowardice;     // scaled = raw x 50 / 100
+extern Personality Tropism;       // scaled = raw x 200 / 100
+void SetAggressivity(int raw);
+void SetCowardice(int raw);
+void SetTropism(int raw);
+
+// Sets every weight to its default and builds the tables that follow from the weights.
+void InitWeights();
+
+// Reads the weights from a file, one integer a line, in the table's order, and rebuilds the tables. A file
+// that can't be opened, is too short or too long or holds anything but integers changes nothing: false.
+bool LoadWeights(const char* path);
+
+// Writes the weights in the same form; false when the file can't be written.
+bool WriteWeights(const char* path);
+
+// The file that start-up, "reload" and "writevalues" use.
+constexpr char WEIGHTS_FILE[] = "values.txt";
+
+// InitWeights and then LoadWeights from WEIGHTS_FILE; says "Error loading values.txt" when there is nothing
+// to load.
+void ReloadWeights();

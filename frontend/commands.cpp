@@ -1,0 +1,153 @@
+#include "frontend/commands.h"
+
+#include "book/book.h"
+#include "core/board.h"
+#include "core/movescore.h"
+#include "core/movetext.h"
+#include "eval/evalreport.h"
+#include "eval/evaluate.h"
+#include "eval/weights.h"
+#include "frontend/analyze.h"
+#include "frontend/devtools.h"
+#include "frontend/hashtables.h"
+#include "frontend/newgame.h"
+#include "frontend/startup.h"
+#include "frontend/tokens.h"
+#include "platform/output.h"
+#include "search/modes.h"
+#include "search/ordering.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+// Numbers for experiments with the root search; nothing reads them yet.
+int RootKnobs[6] = {1, 0, 0, 81, 323, 484};  // c1, c2, c3, m1, m2, m3
+
+// Sets a number from the first argument, if there is one.
+template <int& variable>
+void SetNumber() {
+    if (TokenCount >= 2) variable = TokenNumber(1);
+}
+
+template <int index>
+void SetKnob() {
+    if (TokenCount >= 2) RootKnobs[index] = TokenNumber(1);
+}
+
+template <int& variable, int value>
+void SetTo() {
+    variable = value;
+}
+
+template <int side>
+void SetSideToMove() {
+    board.SideToMove = side;
+    EngineSide = ChangeSide(side);
+}
+
+void RunClean() {
+    ClearHashTables();
+    ClearOrdering();
+    ClearCheckReplies();
+    LastScore = 0;
+    LastScoreSide = WHITE;
+}
+
+void RunMoveTime() {
+    if (TokenCount >= 2) MoveTime = MultiplyBounded(TokenNumber(1), 100);
+}
+
+void RunHard() {
+    if (PonderingAllowed) PonderingOn = 1;
+}
+
+void RunIsReady() {
+    Print("readyok\n");
+}
+
+void RunWriteValues() {
+    if (!WriteWeights(WEIGHTS_FILE)) Print("Error writing %s\n", WEIGHTS_FILE);
+}
+
+// Looked at first; each of them leaves the line to the chain.
+const Command FirstCommands[] = {
+    {"pgneval", EvaluatePgnFile, true},
+    {"writevalues", RunWriteValues, true},
+    {"q", ShutDown, true},
+};
+
+// The first row that the line matches takes it. Keywords match in both directions, so the order decides what
+// every line means: "stop" is taken by "st", "ucinewgame" by "uci". Deliberate; new commands go to the end.
+const Command CommandChain[] = {
+    {"clean", RunClean},
+    {"reload", ReloadWeights},
+    {nullptr, RunMove},
+    {"help", RunHelp},
+    {"new", RunNew},
+    {"post", SetTo<PostMode, 1>},
+    {"reset", RunReset},
+    {"level", RunLevel},
+    {"moves", RunMoves},
+    {"edit", RunEdit},
+    {"loadfen", RunLoadFen},
+    {"epdevl", RunEpdEvaluation},
+    {"nopost", SetTo<PostMode, 0>},
+    {"perft", RunPerft},
+    {"sd", SetNumber<MaxDepth>},
+    {"c3", SetKnob<2>},
+    {"m3", SetKnob<5>},
+    {"c2", SetKnob<1>},
+    {"m2", SetKnob<4>},
+    {"c1", SetKnob<0>},
+    {"m1", SetKnob<3>},
+    {"st", RunMoveTime},
+    {"go", RunGo},
+    {"ponderhit", RunPonderHit, true},
+    {"white", SetSideToMove<WHITE>},
+    {"stop", RunLateStop, true},
+    {"remove", RunRemove},
+    {"analyze", RunAnalyze},
+    {"black", SetSideToMove<BLACK>},
+    {"force", SetTo<ForceMode, 1>},
+    {"brd", RunBoard},
+    {"time", SetNumber<EngineTime>},
+    {"otime", SetNumber<OpponentTime>},
+    {"easy", SetTo<PonderingOn, 0>},
+    {"hard", RunHard},
+    {"evl", PrintEvaluation},
+    {"undo", RunUndo},
+    {"fritz", SetTo<FritzMode, 1>, true},
+    {"xboard", RunXboard},
+    {"mvd", RunShowFlags},
+    {"demo", RunDemo},
+    {"bkm", ListBookMoves},
+    {"uci", RunUci},
+    {"ucinewgame", RunUciNewGame},
+    {"setoption", RunSetOption},
+    {"isready", RunIsReady},
+    {"egtbstat", RunTablebaseStatus},
+    {"position", RunPosition},
+    {"debug", RunDebug},
+    // What interfaces send for "otime".
+    {"otim", SetNumber<OpponentTime>},
+};
+
+bool MatchesLine(const Command& command) {
+    return command.Keyword == nullptr ? LooksLikeMove(InputLine) : MatchKeyword(command.Keyword, InputLine);
+}
+
+}  // namespace
+
+void InterpretCommand() {
+    Tokenize(InputLine, MatchKeyword("level", InputLine) ? " :" : " ");
+    for (const Command& command : FirstCommands) {
+        if (MatchesLine(command)) command.Run();
+    }
+    for (const Command& command : CommandChain) {
+        if (!MatchesLine(command)) continue;
+        command.Run();
+        if (!command.GoesOn) break;
+    }
+    FlushOutput();
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+// The memory of all hash tables. A failed allocation says so and ends the program with status 1.
+
+void AllocateHashTables();
+void ReallocateTransposition();
+void ReallocatePawnHash();
+void FreeHashTables();
+
+// Empties the transposition, pawn and evaluation tables.
+void ClearHashTables();

@@ -1,0 +1,6 @@
+#include "frontend/startup.h"
+
+int main() {
+    StartUp();
+    RunCommandLoop();
+}

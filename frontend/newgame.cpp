@@ -1,0 +1,53 @@
+#include "frontend/newgame.h"
+
+#include "book/book.h"
+#include "core/board.h"
+#include "core/makemove.h"
+#include "core/movescore.h"
+#include "core/positionfault.h"
+#include "eval/evaluate.h"
+#include "platform/output.h"
+#include "search/draws.h"
+#include "search/modes.h"
+#include "search/ordering.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+
+int ForceMode = 0;
+int FritzMode = 0;
+
+void ResetGameMemory() {
+    ClearOrdering();
+    ResetRootMemory();
+    ResetBookGame();
+}
+
+void NewGame() {
+    ResetBoard();
+    MaxDepth = UNLIMITED_DEPTH;
+    MoveTime = 0;
+    MateSearch = 0;
+    EngineSide = BLACK;
+    ForceMode = 0;
+    DrawScore = 0;
+    if (FritzMode || UciMode) return;
+    ResetGameMemory();
+    ClearCheckReplies();
+}
+
+void PlayMove(Move move) {
+    MakeMove(move, 1);
+    ReserveHistory(HISTORY_RESERVE);
+}
+
+bool CheckPosition() {
+    const char* fault = FindPositionFault();
+    if (fault == nullptr) return true;
+    if (UciMode) {
+        Print("info string illegal position: %s\nbestmove 0000\n", fault);
+    } else {
+        Print("Error (illegal position): %s\n", fault);
+    }
+    FlushOutput();
+    return false;
+}

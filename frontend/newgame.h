@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/types.h"
+
+// The game as a whole: what starts it anew and what plays in it.
+
+extern int ForceMode;  // the engine only records moves; set and cleared by commands and by input in a search
+extern int FritzMode;  // new games keep what was learnt; set by "fritz", never cleared
+
+// Sets up the initial position and the limits of a new game: no depth limit, no fixed time, no force mode,
+// the engine playing Black. Outside UCI and fritz mode also forgets everything that belongs to the old game.
+// Clocks and time control stay.
+void NewGame();
+
+// Forgets what the searches of the game have learnt; the position stays.
+void ResetGameMemory();
+
+// Makes a legal move in the game.
+void PlayMove(Move move);
+
+// Whether the position can be searched; says what is wrong with one that can't, in the active dialect.
+bool CheckPosition();

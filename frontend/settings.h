@@ -1,0 +1,21 @@
+#pragma once
+
+// The settings file, "Kestrovan.ini" in the working directory. The settings themselves belong to the rooms
+// that use them.
+
+// Sets every setting to its default.
+void SetDefaultSettings();
+
+// Reads the settings file, if there is one, and warns about values it can't take. Call it once, before the
+// hash tables are allocated.
+void ReadSettingsFile();
+
+// Prints the settings in force.
+void PrintSettings();
+
+// Whether the settings file has named an opening book.
+extern int BookNamed;
+
+// Table sizes in entries for a size in megabytes, 0..1024.
+int TranspositionEntries(int megabytes);
+int PawnEntries(int megabytes);

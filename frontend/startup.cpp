@@ -1,0 +1,94 @@
+#include "frontend/startup.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <string>
+
+#include "book/book.h"
+#include "core/attacks.h"
+#include "core/keys.h"
+#include "core/movescore.h"
+#include "egtb/tablebases.h"
+#include "eval/weights.h"
+#include "frontend/commands.h"
+#include "frontend/hashtables.h"
+#include "frontend/newgame.h"
+#include "frontend/settings.h"
+#include "frontend/tokens.h"
+#include "platform/input.h"
+#include "platform/output.h"
+#include "platform/platform.h"
+#include "search/modes.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+constexpr char BANNER[] = "Kestrovan v1.50 [r2055/01.01.2014]";
+constexpr char DEFAULT_BOOK[] = "Book.kvb";
+
+void BuildTables() {
+    InitHashKeys();
+    InitAttackTables();
+    ReloadWeights();
+    ClearRecaptureStatistics();
+}
+
+}  // namespace
+
+void PrintTablebaseCount() {
+    if (FoundPieces > 0) {
+        Print("%d piece EGTB files found\n", FoundPieces);
+    } else {
+        Print("EGTB files not found\n");
+    }
+    if (TablebaseMemory != 0) {
+        Print("%dkb of RAM used for TB indices and decompression tables\n",
+              static_cast<int>((TablebaseMemory + 1023) / 1024));
+    }
+    FlushOutput();
+}
+
+void RegisterAndReportTablebases() {
+    FoundPieces = 0;
+    if (!UseEGTB) return;
+    RegisterTablebases();
+    PrintTablebaseCount();
+}
+
+void StartUp() {
+    PrepareStandardStreams();
+    QuitProgram = ShutDown;
+    // 1. Defaults, and what they can be changed by.
+    SetDefaultSettings();
+    Print("%s\n", BANNER);
+    FlushOutput();
+    BuildTables();
+    ReadSettingsFile();
+    // 2. Memory and files. The keys were drawn before this seed, so they are the same in every run.
+    AllocateHashTables();
+    std::srand(static_cast<unsigned>(std::time(nullptr)));
+    if (!BookNamed) OpenBook(DEFAULT_BOOK);
+    PrintSettings();
+    // 3. The game.
+    PostMode = 1;
+    EngineTime = NO_CLOCK;
+    RegisterAndReportTablebases();
+    NewGame();
+    // No result is due before the first new game that a command starts.
+    BookLearningDone = 1;
+}
+
+void RunCommandLoop() {
+    std::string line;
+    while (ReadLine(line)) {
+        SetInputLine(line);
+        InterpretCommand();
+    }
+    ShutDown();
+}
+
+void ShutDown() {
+    FlushOutput();
+    FreeHashTables();
+    std::exit(0);
+}

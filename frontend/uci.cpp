@@ -1,0 +1,271 @@
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "book/book.h"
+#include "core/board.h"
+#include "core/fen.h"
+#include "core/legal.h"
+#include "core/movetext.h"
+#include "core/positionfault.h"
+#include "egtb/tablebases.h"
+#include "eval/pawnhash.h"
+#include "eval/weights.h"
+#include "frontend/commands.h"
+#include "frontend/hashtables.h"
+#include "frontend/newgame.h"
+#include "frontend/settings.h"
+#include "frontend/startup.h"
+#include "frontend/think.h"
+#include "frontend/tokens.h"
+#include "platform/output.h"
+#include "search/modes.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+#include "search/transposition.h"
+
+namespace {
+
+int DebugMode = 0;     // "debug on"; nothing depends on it yet
+int MultiPvCount = 1;  // lines wanted; one is searched so far
+
+constexpr int VALUE_TOKEN = 4;         // setoption name X value Y
+constexpr int MEGABYTES_LIMIT = 1024;  // of every table, as the options announce
+
+// The rest of the line from the value on, inner blanks included.
+const char* ValueText() {
+    return InputLine + TokenOffset[VALUE_TOKEN];
+}
+
+// A table size in megabytes. A number beyond what the option announces must not exhaust the machine.
+int ReadMegabytes() {
+    return std::clamp(TokenNumber(VALUE_TOKEN), 0, MEGABYTES_LIMIT);
+}
+
+void SetHash() {
+    HashEntries = TranspositionEntries(ReadMegabytes());
+    ReallocateTransposition();
+}
+
+void SetPawnHash() {
+    PawnHashEntries = PawnEntries(ReadMegabytes());
+    ReallocatePawnHash();
+}
+
+void SetTablebaseCache() {
+    if (UseEGTB) TablebaseCacheSize = ReadMegabytes() * 1048576;
+}
+
+void SetOwnBook() {
+    if (MatchKeyword("false", Tokens[VALUE_TOKEN])) {
+        OwnBook = 0;
+    } else if (MatchKeyword("true", Tokens[VALUE_TOKEN])) {
+        OwnBook = 1;
+    }
+}
+
+void SetTablebasePath() {
+    if (!UseEGTB) return;
+    TablebasePath() = ValueText();
+    RegisterTablebases();
+}
+
+struct OptionRow {
+    const char* Name;
+    void (*Apply)();
+};
+
+// The personality options take any number as it is; only the settings file has bounds.
+const OptionRow OptionTable[] = {
+    {"Tropism", [] { SetTropism(TokenNumber(VALUE_TOKEN)); }},
+    {"Aggressivity", [] { SetAggressivity(TokenNumber(VALUE_TOKEN)); }},
+    {"Defensivity", [] { SetCowardice(TokenNumber(VALUE_TOKEN)); }},
+    {"MultiPV", [] { MultiPvCount = TokenNumber(VALUE_TOKEN); }},
+    {"Hash", SetHash},
+    {"PawnHash", SetPawnHash},
+    {"NalimovCache", SetTablebaseCache},
+    {"Clear", nullptr},  // a button of two words
+    {"OwnBook", SetOwnBook},
+    {"NalimovPath", SetTablebasePath},
+    {"OpeningsBook", [] { OpenBook(ValueText()); }},
+};
+
+const OptionRow* FindOption(const char* name) {
+    const auto row = std::find_if(std::begin(OptionTable), std::end(OptionTable),
+                                  [=](const OptionRow& option) { return MatchKeyword(option.Name, name); });
+    return row == std::end(OptionTable) ? nullptr : row;
+}
+
+// Milliseconds to centiseconds.
+int ReadTime(int token) {
+    return TokenNumber(token) / 10;
+}
+
+void ResetGoParameters() {
+    MovesToGo = 0;
+    MoveTime = 0;
+    MaxDepth = UNLIMITED_DEPTH;
+    OwnIncrement = OpponentIncrement = 0;
+    NodeLimit = 0;
+    // A limit of an earlier "go" neither times this one nor keeps it from ending.
+    EngineTime = NO_CLOCK;
+    OpponentTime = 0;
+    MateSearch = 0;
+}
+
+template <int side>
+void ReadClock(int token) {
+    if (board.SideToMove == side) {
+        EngineTime = BaseTime = ReadTime(token);
+    } else {
+        OpponentTime = ReadTime(token);
+    }
+}
+
+template <int side>
+void ReadIncrement(int token) {
+    (board.SideToMove == side ? OwnIncrement : OpponentIncrement) = ReadTime(token);
+}
+
+template <int& variable>
+void ReadInto(int token) {
+    variable = TokenNumber(token);
+}
+
+struct GoRow {
+    const char* Keyword;
+    void (*Read)(int token);  // the token that holds the value
+};
+
+const GoRow GoTable[] = {
+    {"btime", ReadClock<BLACK>},        {"wtime", ReadClock<WHITE>},
+    {"binc", ReadIncrement<BLACK>},     {"winc", ReadIncrement<WHITE>},
+    {"movestogo", ReadInto<MovesToGo>}, {"depth", ReadInto<MaxDepth>},
+    {"nodes", ReadInto<NodeLimit>},     {"movetime", [](int token) { MoveTime = ReadTime(token); }},
+    {"mate", ReadInto<MateSearch>},
+};
+
+// Adds the tokens from `first` on that have the shape of a move; the root list keeps the legal ones.
+void ReadSearchMoves(int first) {
+    for (int i = first; i < TokenCount && SearchMovesCount < SEARCH_MOVES_SIZE; ++i) {
+        if (LooksLikeMove(Tokens[i])) SearchMoves[SearchMovesCount++] = TextToMove(Tokens[i]);
+    }
+}
+
+// Plays the tokens from `first` on; what is no legal move is skipped.
+void PlayMoves(int first) {
+    if (HasPhantomMen()) return;
+    for (int i = first; i < TokenCount; ++i) {
+        if (!LooksLikeMove(Tokens[i])) continue;
+        const Move move = TextToMove(Tokens[i]);
+        if (IsLegalMove(move)) PlayMove(move);
+    }
+}
+
+// Loads the position behind the word "fen", as it stands in the line.
+void LoadPosition() {
+    constexpr size_t WORD = 3;
+    const std::string word = std::string(Tokens[1]).substr(0, WORD);
+    const char* place = std::strstr(InputLine, word.c_str());
+    if (place == nullptr || std::strlen(place) <= WORD + 1) return;
+    LoadFEN(place + WORD + 1);
+}
+
+}  // namespace
+
+void RunUci() {
+    Print("id name Kestrovan 1.50\n");
+    Print("id author Tomas K. Varnel\n");
+    Print("option name Hash type spin min 0 max 1024 default 10\n");
+    Print("option name PawnHash type spin min 0 max 1024 default 7\n");
+    Print("option name NalimovPath type string default c:\\tablebases\\\n");
+    Print("option name OpeningsBook type string default .\\book.kvb\n");
+    Print("option name OwnBook type check default true\n");
+    Print("option name NalimovCache type spin min 1 max 128 default 1\n");
+    Print("option name MultiPV type spin min 1 max 1024 default 1\n");
+    Print("option name Aggressivity type spin min 0 max 300 default %d\n", Aggressivity.Raw);
+    Print("option name Defensivity type spin min 0 max 300 default %d\n", Cowardice.Raw);
+    Print("option name Tropism type spin min 0 max 300 default %d\n", Tropism.Raw);
+    Print("option name Clear Hash type button\n");
+    Print("uciok\n");
+    FlushOutput();
+    UciMode = 1;
+    PonderingOn = 0;
+}
+
+// The chain gives this line to "uci", deliberately; the branch waits for a chain that does not.
+void RunUciNewGame() {
+    LastBestMove = NO_MOVE;
+    ResetGameMemory();
+}
+
+void RunSetOption() {
+    if (TokenCount < 3 || !MatchKeyword("name", Tokens[1])) return;
+    const OptionRow* option = FindOption(Tokens[2]);
+    if (option == nullptr) return;
+    if (option->Apply == nullptr) {
+        if (TokenCount > 3 && MatchKeyword("Hash", Tokens[3])) ClearHash();
+        return;
+    }
+    const bool hasValue = TokenCount > VALUE_TOKEN && Tokens[VALUE_TOKEN][0] != '\0';
+    if (hasValue && MatchKeyword("value", Tokens[3])) option->Apply();
+}
+
+void RunPosition() {
+    if (TokenCount < 2) return;
+    LastBestMove = NO_MOVE;
+    if (MatchKeyword("startpos", Tokens[1])) {
+        NewGame();
+    } else if (MatchKeyword("fen", Tokens[1])) {
+        LoadPosition();
+    }
+    if (TokenCount < 4) return;
+    for (int i = 2; i < TokenCount; ++i) {
+        if (!MatchKeyword("moves", Tokens[i])) continue;
+        PlayMoves(i + 1);
+        return;
+    }
+}
+
+void ReadGoParameters() {
+    ResetGoParameters();
+    for (int i = 1; i < TokenCount; ++i) {
+        const char* token = Tokens[i];
+        const auto row = std::find_if(std::begin(GoTable), std::end(GoTable),
+                                      [=](const GoRow& entry) { return MatchKeyword(entry.Keyword, token); });
+        if (row != std::end(GoTable)) {
+            row->Read(++i);
+        } else if (MatchKeyword("infinite", token)) {
+            EngineTime = INFINITE_TIME;
+        } else if (MatchKeyword("searchmoves", token)) {
+            ReadSearchMoves(i + 1);
+            return;
+        } else if (MatchKeyword("ponder", token)) {
+            PonderSearch = 1;
+        }
+    }
+}
+
+void RunDebug() {
+    if (TokenCount < 2) return;
+    if (MatchKeyword("on", Tokens[1])) {
+        DebugMode = 1;
+    } else if (MatchKeyword("off", Tokens[1])) {
+        DebugMode = 0;
+    }
+}
+
+// A "go ponder" whose search has ended already: its move is made and announced now.
+void RunPonderHit() {
+    if (!PonderSearch) return;
+    PonderSearch = 0;
+    if (RootMoveCount == 0) return;
+    const Move move = RootMove(0);
+    PlayMove(move);
+    AnnounceBestMove(move);
+}
+
+// Repeats the last answer. The chain gives this line to "st", deliberately; kept for a chain that does not.
+void RunLateStop() {
+    if (LastBestMove != NO_MOVE) Print("bestmove %s\n", MoveToText(LastBestMove));
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/types.h"
+#include "search/rootlist.h"
+
+// Iterative deepening over the root list.
+
+extern int IterationDepth;   // of the iteration under way, in plies from 1; reports print it plus 1
+extern int RootScore;        // of the best root move, centipawns from the engine's side
+extern int CurrentRootMove;  // index of the root move being searched
+extern int RootGamePly;      // plies of the game before the root
+extern Move PonderMove;      // the expected reply to root move 0, 0 for none; set by PrintPv
+
+// Searches the position on the board to `maxDepth` plies or until a limit or input ends it. The chosen move
+// is root move 0, its score RootScore. Returns 1 when the game is over at the root, else 0. `useBook` allows
+// an answer from the opening book.
+int IterativeDeepening(int maxDepth, int useBook);
+
+// Remembers that the engine expects to play `move` in the position on the board.
+void ExpectMove(Move move);
+
+// Forgets what was learnt for the next search of the same game: scores, expectations, the count of searches.
+void ResetRootMemory();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+// The full-width search below the root, and the quiescence search below that. Scores are centipawns from the
+// side to move's view; a side mated at ply p scores p - MATE. Depths are sixtieths of a ply.
+
+constexpr int MATE = 32700;
+constexpr int MATE_BOUND = 31000;  // scores beyond it are mates
+constexpr int PLY_DEPTH = 60;
+
+extern int64_t Nodes;      // of the current search
+extern int MaxPlyReached;  // deepest ply of the current iteration
+extern int TablebaseHits;  // of the current search
+
+// Searches the position on the board at the current Ply; the caller has made the move and unmakes it.
+// `nodeType` is 0 in the principal variation, elsewhere 1 and -1 by turns. `nullAllowed` is 0 below a null
+// move. The result means nothing once StopRequested is set.
+int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType);
+
+// Searches captures, promotions and replies to checks until the position is quiet. `depth` is 0 or less.
+int Quiesce(int alpha, int beta, int depth, int nodeType);

@@ -1,0 +1,106 @@
+#include "search/timecontrol.h"
+
+#include <algorithm>
+
+#include "platform/platform.h"
+#include "search/modes.h"
+
+int EngineTime = NO_CLOCK;
+int OpponentTime = 0;
+int BaseTime = 1000;
+int MovesToGo = 0;
+int OwnIncrement = 0;
+int OpponentIncrement = 0;
+int MoveTime = 0;
+int MaxDepth = UNLIMITED_DEPTH;
+int NodeLimit = 0;
+int MateSearch = 0;
+
+int TargetTime = NO_TIME_LIMIT;
+int MaxTime = NO_TIME_LIMIT;
+int PollInterval = 50000;
+int GameSearches = 0;
+
+namespace {
+
+int64_t SearchStart = 0;  // wall clock in centiseconds
+int64_t LimitStart = 0;
+
+int64_t ClockCs() {
+    return ClockMs() / 10;
+}
+
+// Moves up to and including the next time control, at most 30.
+int64_t CountMovesLeft(int gamePly) {
+    constexpr int64_t HORIZON = 30;
+    if (UciMode) return std::min<int64_t>(HORIZON, MovesToGo);
+    // The controls end at multiples of MovesToGo; this is the first one not yet passed.
+    const int64_t gameMove = gamePly / 2 + 1;
+    const int64_t control = (gameMove + MovesToGo - 1) / MovesToGo * MovesToGo;
+    return std::min(HORIZON, control - gameMove + 1);
+}
+
+void SetPollInterval() {
+    PollInterval = TargetTime < 101 ? 5000 : TargetTime < 301 ? 20000 : 50000;
+    if (NodeLimit > 0) PollInterval = std::min(PollInterval, NodeLimit);
+}
+
+}  // namespace
+
+bool IsTimedSearch() {
+    return MoveTime != 0 || (EngineTime != NO_CLOCK && EngineTime != INFINITE_TIME);
+}
+
+bool IsUnlimitedSearch() {
+    if (IsWaitingSearch() || Analyzing) return true;
+    return !IsTimedSearch() && MaxDepth >= UNLIMITED_DEPTH && NodeLimit == 0 && MateSearch == 0;
+}
+
+void AllocateTime(int gamePly) {
+    if (MoveTime != 0) {
+        TargetTime = MaxTime = MoveTime;
+        SetPollInterval();
+        return;
+    }
+    // Wide enough for any clock and increment that a command can name.
+    const int64_t time = int64_t{EngineTime} * 95 / 100;
+    const int64_t half = (time - 1) / 2;
+    int64_t base = 0, maximum = 0;
+    if (MovesToGo <= 0) {
+        base = (29 * int64_t{OwnIncrement} + time - 1) / 30;
+        maximum = std::min(7 * base, half);
+    } else {
+        const int64_t moves = std::max<int64_t>(1, CountMovesLeft(gamePly));
+        base = ((moves - 1) * OwnIncrement + time - 1) / moves;
+        maximum = 7 * base;
+    }
+    // The first moves out of the book decide what the game is about.
+    if (GameSearches < 2) base += base / 5;
+    base = std::max<int64_t>(base, 5);
+    maximum = std::min({maximum, 7 * base, half});
+    const int64_t target = std::max<int64_t>(base * 3 / 4, 1);
+    TargetTime = static_cast<int>(std::clamp<int64_t>(target, 1, NO_TIME_LIMIT));
+    MaxTime = static_cast<int>(std::clamp<int64_t>(maximum, -NO_TIME_LIMIT, NO_TIME_LIMIT));
+    SetPollInterval();
+}
+
+void SetNoTimeLimit() {
+    TargetTime = MaxTime = NO_TIME_LIMIT;
+    SetPollInterval();
+}
+
+void StartSearchClock() {
+    SearchStart = LimitStart = ClockCs();
+}
+
+void RestartLimitClock() {
+    LimitStart = ClockCs();
+}
+
+int ElapsedTime() {
+    return static_cast<int>(ClockCs() - SearchStart);
+}
+
+int LimitElapsed() {
+    return static_cast<int>(ClockCs() - LimitStart);
+}
