@@ -89,15 +89,18 @@ void AppendPawnSteps(Bitboard targets) {
     }
 }
 
-void AppendEnPassantReplies(int checker) {
+// En passant takes a checking pawn; on a board set up by hand its arrival square may also lie in a checking
+// line.
+void AppendEnPassantReplies(Bitboard targets) {
     const Move last = LastMove();
-    if (!IsDoubleStep(last) || MoveTo(last) != checker) return;
-    const int us = board.SideToMove, file = FileOf(checker);
+    if (!IsDoubleStep(last)) return;
+    const int us = board.SideToMove, victim = MoveTo(last), file = FileOf(victim);
+    const int to = victim + (us == WHITE ? 8 : -8);
+    if (!(targets & (SquareBit(victim) | SquareBit(to)))) return;
     for (const int offset : {-1, 1}) {
         if (file + offset < 0 || file + offset > 7) continue;
-        const int from = checker + offset;
-        if (!(board.Pieces[PAWN][us] & SquareBit(from)) || IsPinned(from)) continue;
-        AppendReply(from, checker + (us == WHITE ? 8 : -8), PAWN);
+        const int from = victim + offset;
+        if ((board.Pieces[PAWN][us] & SquareBit(from)) && !IsPinned(from)) AppendReply(from, to, PAWN);
     }
 }
 
@@ -120,6 +123,6 @@ void GenerateEvasions() {
     const int checker = LowestSquare(check.Checkers);
     AppendPieceReplies(check.Targets);
     board.SideToMove == WHITE ? AppendPawnSteps<WHITE>(check.Targets) : AppendPawnSteps<BLACK>(check.Targets);
-    AppendEnPassantReplies(checker);
+    AppendEnPassantReplies(check.Targets);
     AppendPawnCaptures(checker);
 }

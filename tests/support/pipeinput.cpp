@@ -1,0 +1,53 @@
+#include "tests/support/pipeinput.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "platform/input.h"
+
+namespace {
+
+// A test can't go on without its input.
+void Require(bool condition) {
+    if (!condition) std::abort();
+}
+
+}  // namespace
+
+PipeInput::PipeInput() {
+    int ends[2];
+    Require(pipe(ends) == 0);
+    Require(fcntl(ends[1], F_SETPIPE_SZ, 512 * 1024) > 0);
+    savedInput_ = dup(STDIN_FILENO);
+    Require(dup2(ends[0], STDIN_FILENO) == STDIN_FILENO);
+    close(ends[0]);
+    writeEnd_ = ends[1];
+    ResetInput();
+}
+
+PipeInput::PipeInput(const std::string& text) : PipeInput() {
+    Write(text);
+    Close();
+}
+
+PipeInput::~PipeInput() {
+    Close();
+    if (savedInput_ >= 0) {
+        dup2(savedInput_, STDIN_FILENO);
+        close(savedInput_);
+    } else {
+        close(STDIN_FILENO);
+    }
+    ResetInput();
+}
+
+void PipeInput::Write(const std::string& bytes) const {
+    Require(write(writeEnd_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()));
+}
+
+void PipeInput::Close() {
+    if (writeEnd_ >= 0) close(writeEnd_);
+    writeEnd_ = -1;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/types.h"
+
+// What the tests that walk over many positions share.
+
+// Instrumented programs are slow: they do a twentieth of the work.
+#ifdef KESTROVAN_SANITIZED
+constexpr int WORK_DIVISOR = 20;
+#else
+constexpr int WORK_DIVISOR = 1;
+#endif
+
+// Every test begins with the initial position and an empty move list.
+class CoreTest : public testing::Test {
+  protected:
+    void SetUp() override;
+};
+
+// The moves that a generator appends, in its order; the move list is left as it was.
+std::vector<Move> MovesOf(const std::function<void()>& generate);
+
+// Those of them that leave the mover's king safe, ascending.
+std::vector<Move> LegalOnes(const std::vector<Move>& moves);
+
+// The moves as text, for messages.
+std::string TextOf(const std::vector<Move>& moves);
+
+// Plays random games of a fixed seed from NASTY_POSITIONS, of at most 120 plies each, and calls `visit` in
+// every position; each position is entered and left through MakeMove. Promotions and captures en passant are
+// preferred, so that rare men and moves are met. `visit` must leave the board as it was; the walk ends after
+// `positions` of them or after the first failure. Returns how many were visited.
+int VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit);
