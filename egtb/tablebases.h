@@ -5,9 +5,9 @@
 
 // Endgame tablebases. The settings are written by the settings file and by UCI options.
 
-extern int UseEGTB;             // setting: probe tablebases
-std::string& TablebasePath();   // setting: directories, separated by ',' or ';'
-extern int TablebaseCacheSize;  // setting: bytes
+extern int UseEGTB;          // setting: probe tablebases
+extern std::string tb_path;  // setting: directories, separated by ',' or ';'
+extern int EGTBHashSize;     // setting: bytes
 
 // Written by RegisterTablebases.
 extern int FoundPieces;          // the most men for which tables were found, 0 for none

@@ -62,6 +62,10 @@ void RunHard() {
     if (PonderingAllowed) PonderingOn = 1;
 }
 
+void RunEpdEvaluation() {
+    if (TokenCount >= 2) EvaluateEpdFile(Tokens[1]);
+}
+
 void RunIsReady() {
     Print("readyok\n");
 }

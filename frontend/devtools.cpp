@@ -5,7 +5,6 @@
 #include "core/board.h"
 #include "core/fen.h"
 #include "eval/evaluate.h"
-#include "frontend/tokens.h"
 #include "platform/output.h"
 #include "platform/platform.h"
 
@@ -32,11 +31,10 @@ void EvaluateLines(std::FILE* input, std::FILE* copy) {
 
 }  // namespace
 
-void RunEpdEvaluation() {
-    if (TokenCount < 2) return;
-    std::FILE* input = std::fopen(Tokens[1], "r");
+void EvaluateEpdFile(const char* path) {
+    std::FILE* input = std::fopen(path, "r");
     if (input == nullptr) {
-        Print("Error opening file %s...\n", Tokens[1]);
+        Print("Error opening file %s...\n", path);
         return;
     }
     std::FILE* copy = std::fopen(COPY_FILE, "w");

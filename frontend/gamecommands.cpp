@@ -1,4 +1,5 @@
 #include <climits>
+#include <cstring>
 
 #include "core/board.h"
 #include "core/editboard.h"
@@ -64,9 +65,8 @@ void RunLevel() {
 }
 
 void RunLoadFen() {
-    constexpr int PREFIX = 8;  // "loadfen "
-    if (TokenCount < 2 || Tokens[1][0] == '\0') return;
-    LoadFEN(InputLine + PREFIX);
+    constexpr size_t PREFIX = 8;  // "loadfen "
+    if (std::strlen(InputLine) > PREFIX) LoadFEN(InputLine + PREFIX);
 }
 
 void RunEdit() {

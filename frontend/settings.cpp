@@ -54,7 +54,7 @@ void SetPawnEntries(const SettingLine& line, bool isValid, int entries) {
 }
 
 void SetCacheBytes(const SettingLine& line, bool isValid, int bytes) {
-    TablebaseCacheSize = isValid ? bytes : DEFAULT_CACHE_BYTES;
+    EGTBHashSize = isValid ? bytes : DEFAULT_CACHE_BYTES;
     if (!isValid) Warn(line, "Incorrect EGTB cache size setting in Kestrovan.ini; set to default");
 }
 
@@ -190,7 +190,7 @@ const SettingRow SettingTable[] = {
     {"UseBookLearning", ApplySwitch<UseBookLearning>},
     {"Pondering", ApplyPondering},
     {"UseEGTB", ApplySwitch<UseEGTB>},
-    {"EGTBPath", [](const SettingLine& line) { TablebasePath() = line.Rest; }},
+    {"EGTBPath", [](const SettingLine& line) { tb_path = line.Rest; }},
     {"OpeningsBook", ApplyBookName},
     {"BookLearningMode", ApplyBookMode},
     {"UseLearningData", ApplySwitch<UseLearningData>},
@@ -233,8 +233,8 @@ int PawnEntries(int megabytes) {
 void SetDefaultSettings() {
     HashEntries = DEFAULT_HASH_ENTRIES;
     PawnHashEntries = START_PAWN_ENTRIES;
-    TablebaseCacheSize = DEFAULT_CACHE_BYTES;
-    TablebasePath() = "c:\\tablebases\\";
+    EGTBHashSize = DEFAULT_CACHE_BYTES;
+    tb_path = "c:\\tablebases\\";
     SetAggressivity(100);
     SetCowardice(100);
     SetTropism(100);
@@ -272,13 +272,13 @@ void PrintSettings() {
           static_cast<long long>(HashEntries) * static_cast<long long>(sizeof(HashEntry)));
     Print("Pawn hash size is %d entries (%lld bytes)\n", PawnHashEntries,
           static_cast<long long>(PawnHashEntries) * static_cast<long long>(sizeof(PawnHashEntry)));
-    Print("EGTBHashSize = %d bytes\n", TablebaseCacheSize);
+    Print("EGTBHashSize = %d bytes\n", EGTBHashSize);
     Print("Aggressivity = %d (%d)%%\n", Aggressivity.Raw, Aggressivity.Scaled);
     Print("Cowardice = %d (%d)%%\n", Cowardice.Raw, Cowardice.Scaled);
     Print("Tropism = %d (%d)%%\n", Tropism.Raw, Tropism.Scaled);
     Print("ResignValue = %d\nResignTimes = %d\n", ResignValue, ResignTimes);
     Print("UseEGTB = %s\n", OnOff(UseEGTB));
-    Print("EGTB path = \"%s\"\n", TablebasePath().c_str());
+    Print("EGTB path = \"%s\"\n", tb_path.c_str());
     Print("UseBookWeights = %s\n", OnOff(UseBookWeights));
     Print("UseBookLearning = %s\n", OnOff(UseBookLearning));
     Print("BookLearningMode = %s\n", BookLearningMode ? "DISCOVER" : "KILL");

@@ -53,7 +53,7 @@ void SetPawnHash() {
 }
 
 void SetTablebaseCache() {
-    if (UseEGTB) TablebaseCacheSize = ReadMegabytes() * 1048576;
+    if (UseEGTB) EGTBHashSize = ReadMegabytes() * 1048576;
 }
 
 void SetOwnBook() {
@@ -66,7 +66,7 @@ void SetOwnBook() {
 
 void SetTablebasePath() {
     if (!UseEGTB) return;
-    TablebasePath() = ValueText();
+    tb_path = ValueText();
     RegisterTablebases();
 }
 

@@ -63,6 +63,6 @@ void RunShowFlags() {
 }
 
 void RunTablebaseStatus() {
-    Print("UseEGTB = %s\ntb_path = %s\n", UseEGTB ? "TRUE" : "FALSE", TablebasePath().c_str());
+    Print("UseEGTB = %s\ntb_path = %s\n", UseEGTB ? "TRUE" : "FALSE", tb_path.c_str());
     PrintTablebaseCount();
 }
