@@ -104,8 +104,9 @@ void AddPiece(int square, int side, unsigned piece);
 // Sets up the initial position and forgets all moves.
 void ResetBoard();
 
-// Sets and clears the bits of a square in its four occupancy words.
-inline void SetOccupancy(int square) {
+// Sets and clears the bits of a square in its four occupancy words. Always inlined: left to itself, the
+// compiler calls them, and they are a fifth of making a move.
+[[gnu::always_inline]] inline void SetOccupancy(int square) {
     const int file = FileOf(square), rank = RankOf(square);
     board.RankOccupancy[rank] |= 1u << file;
     board.FileOccupancy[file] |= 1u << rank;
@@ -113,7 +114,7 @@ inline void SetOccupancy(int square) {
     board.DiagA1H8Occupancy[file - rank + 7] |= 1u << rank;
 }
 
-inline void ClearOccupancy(int square) {
+[[gnu::always_inline]] inline void ClearOccupancy(int square) {
     const int file = FileOf(square), rank = RankOf(square);
     board.RankOccupancy[rank] &= ~(1u << file);
     board.FileOccupancy[file] &= ~(1u << rank);

@@ -91,7 +91,7 @@ inline void CaptureManOf(unsigned piece, int square) {
 
 // The rook's part of castling, there and back. Its key and sums are only moved there.
 template <int side, int from, int to, bool isMake>
-inline void MoveCastlingRook() {
+[[gnu::noinline]] void MoveCastlingRook() {
     constexpr Bitboard SQUARES = SquareBit(from) | SquareBit(to);
     board.Occupied[side] ^= SQUARES;
     board.Pieces[ROOK][side] ^= SQUARES;
@@ -117,7 +117,7 @@ inline void MoveCastlingRookOf(int kingFrom, int kingTo) {
 
 // Turns the pawn that has arrived on the square into a piece.
 template <int side, unsigned piece>
-inline void Promote(int square) {
+[[gnu::noinline]] void Promote(int square) {
     const Bitboard bit = SquareBit(square);
     board.Pieces[PAWN][side] ^= bit;
     board.Pieces[piece][side] ^= bit;
@@ -137,7 +137,7 @@ inline void Promote(int square) {
 
 // Turns the piece on the square back into the pawn that it was.
 template <int side, unsigned piece>
-inline void Demote(int square) {
+[[gnu::noinline]] void Demote(int square) {
     const Bitboard bit = SquareBit(square);
     board.Pieces[PAWN][side] ^= bit;
     board.Pieces[piece][side] ^= bit;
@@ -148,7 +148,7 @@ inline void Demote(int square) {
 
 // Takes the pawn that was captured en passant off its square or puts it back.
 template <int side, int sign>
-inline void CaptureEnPassant(int square) {
+[[gnu::noinline]] void CaptureEnPassant(int square) {
     board.Occupied[side] ^= SquareBit(square);
     if constexpr (sign < 0) {
         board.PieceCount -= 1;
