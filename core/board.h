@@ -4,8 +4,9 @@
 
 #include "core/types.h"
 
-// The one position, and the record of how it came about. Written only by the procedures of this header, by
-// make and unmake (makemove.h), by fen.cpp and by editboard.cpp; everybody reads.
+// The one position, and the record of how it came about. Written by the procedures of this header, by make
+// and unmake (makemove.h), by whatever sets up a position or its side to move (fen.cpp, editboard.cpp, the
+// commands "white" and "black"), and by what rebuilds a sum of it (material.h, psqt.h); everybody reads.
 
 // A set of line-occupancy words: bit i of a word is set when square i of the line is occupied. Squares of a
 // rank count by file, those of all other lines by rank, so that one lookup table serves all four kinds.
@@ -75,6 +76,21 @@ extern int HistoryForgotten;
 // The move that led to the position, 0 when there is none.
 inline Move LastMove() {
     return History[HistoryLength - 1].Move;
+}
+
+// The square of an opponent's pawn that has just made a double step, or -1. A command may have passed the
+// turn since the last move, so it need not have been the opponent's.
+inline int DoubleStepSquare() {
+    const Move last = LastMove();
+    const int step = board.SideToMove == WHITE ? -16 : 16;
+    const bool isDoubleStep = MovePiece(last) == PAWN && MoveTo(last) - MoveFrom(last) == step;
+    return isDoubleStep ? MoveTo(last) : -1;
+}
+
+// Whether the man stands on the square, by all that the board says: of two kings of a side only one counts.
+inline bool HasMan(int square, int side, unsigned piece) {
+    const Bitboard men = board.Pieces[piece][side] & board.Occupied[side];
+    return board.PieceOn[square] == piece && (men & SquareBit(square)) != 0;
 }
 
 // The number of plies played since the set-up, forgotten ones included.

@@ -73,10 +73,6 @@ bool EditSquare(CharacterReader& reader, char letter, int side, char& last) {
     return true;
 }
 
-bool HasMan(int square, int side, unsigned piece) {
-    return board.PieceOn[square] == piece && (board.Occupied[side] & SquareBit(square)) != 0;
-}
-
 void DeriveCastlingRights() {
     board.CastlingFlags = 0;
     for (const int side : {WHITE, BLACK}) {

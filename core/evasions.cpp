@@ -92,9 +92,9 @@ void AppendPawnSteps(Bitboard targets) {
 // En passant takes a checking pawn; on a board set up by hand its arrival square may also lie in a checking
 // line.
 void AppendEnPassantReplies(Bitboard targets) {
-    const Move last = LastMove();
-    if (!IsDoubleStep(last)) return;
-    const int us = board.SideToMove, victim = MoveTo(last), file = FileOf(victim);
+    const int victim = DoubleStepSquare();
+    if (victim < 0) return;
+    const int us = board.SideToMove, file = FileOf(victim);
     const int to = victim + (us == WHITE ? 8 : -8);
     if (!(targets & (SquareBit(victim) | SquareBit(to)))) return;
     for (const int offset : {-1, 1}) {

@@ -10,15 +10,14 @@
 
 namespace {
 
-constexpr char WHITE_LETTERS[] = ".KNP?RBQ";
 constexpr char BLACK_LETTERS[] = ".knp?rbq";
 constexpr char CASTLING_LETTERS[] = "KQkq";
 
 // The man of a FEN letter; false for any other character.
 bool ReadMan(char letter, int& side, unsigned& piece) {
     for (const unsigned code : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
-        if (letter != WHITE_LETTERS[code] && letter != BLACK_LETTERS[code]) continue;
-        side = letter == WHITE_LETTERS[code] ? WHITE : BLACK;
+        if (letter != PIECE_LETTERS[code] && letter != BLACK_LETTERS[code]) continue;
+        side = letter == PIECE_LETTERS[code] ? WHITE : BLACK;
         piece = code;
         return true;
     }
@@ -53,24 +52,21 @@ const char* ReadPlacement(const char* text) {
 
 const char* ReadCastling(const char* text) {
     board.CastlingFlags = 0;
+    const bool hasNone = *text == '-';
     for (; *text != '\0' && *text != ' '; ++text) {
         const char* letter = std::strchr(CASTLING_LETTERS, *text);
-        if (letter != nullptr) board.CastlingFlags |= 1u << (letter - CASTLING_LETTERS);
+        if (letter != nullptr && !hasNone) board.CastlingFlags |= 1u << (letter - CASTLING_LETTERS);
     }
     return text;
 }
 
-bool HasManOn(int square, int side, unsigned piece) {
-    return (board.Pieces[piece][side] & SquareBit(square)) != 0;
-}
-
 void CutCastlingRights() {
-    if (!HasManOn(E1, WHITE, KING)) board.CastlingFlags &= ~(WHITE_SHORT | WHITE_LONG);
-    if (!HasManOn(E8, BLACK, KING)) board.CastlingFlags &= ~(BLACK_SHORT | BLACK_LONG);
-    if (!HasManOn(A1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_LONG;
-    if (!HasManOn(H1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_SHORT;
-    if (!HasManOn(A8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_LONG;
-    if (!HasManOn(H8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_SHORT;
+    if (!HasMan(E1, WHITE, KING)) board.CastlingFlags &= ~(WHITE_SHORT | WHITE_LONG);
+    if (!HasMan(E8, BLACK, KING)) board.CastlingFlags &= ~(BLACK_SHORT | BLACK_LONG);
+    if (!HasMan(A1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_LONG;
+    if (!HasMan(H1, WHITE, ROOK)) board.CastlingFlags &= ~WHITE_SHORT;
+    if (!HasMan(A8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_LONG;
+    if (!HasMan(H8, BLACK, ROOK)) board.CastlingFlags &= ~BLACK_SHORT;
 }
 
 // Writes the double step that led to `to` into History[0], with the state that taking it back restores.
@@ -96,7 +92,7 @@ void ReadEnPassant(const char* text) {
     const int rank = mover == BLACK ? 4 : 3;
     if (text[1] != '1' + rank) return;
     const int to = MakeSquare(fileLetter - 'a', rank);
-    if (HasManOn(to, mover, PAWN)) RecordDoubleStep(to + (mover == BLACK ? 16 : -16), to, mover);
+    if (HasMan(to, mover, PAWN)) RecordDoubleStep(to + (mover == BLACK ? 16 : -16), to, mover);
 }
 
 void WritePlacement(std::string& text) {
@@ -111,7 +107,7 @@ void WritePlacement(std::string& text) {
             } else {
                 if (empty > 0) text += static_cast<char>('0' + empty);
                 empty = 0;
-                if (piece != KING || !isBlack) text += (isBlack ? BLACK_LETTERS : WHITE_LETTERS)[piece];
+                if (piece != KING || !isBlack) text += (isBlack ? BLACK_LETTERS : PIECE_LETTERS)[piece];
             }
         }
         if (empty > 0) text += static_cast<char>('0' + empty);
@@ -127,7 +123,7 @@ void WriteEnPassant(std::string& text) {
     }
     const int to = MoveTo(last), file = FileOf(to);
     const int us = board.SideToMove;
-    if ((file > 0 && HasManOn(to - 1, us, PAWN)) || (file < 7 && HasManOn(to + 1, us, PAWN))) {
+    if ((file > 0 && HasMan(to - 1, us, PAWN)) || (file < 7 && HasMan(to + 1, us, PAWN))) {
         text += static_cast<char>('a' + file);
         text += static_cast<char>('1' + RankOf(to));
         text += ' ';

@@ -37,12 +37,12 @@ void InitHashKeys() {
 
 uint64_t PositionKey() {
     uint64_t key = board.HashKey ^ CastleKeys[board.CastlingFlags];
-    const Move last = LastMove();
-    if (IsDoubleStep(last)) {
-        const int to = MoveTo(last), file = FileOf(to);
+    const int victim = DoubleStepSquare();
+    if (victim >= 0) {
+        const int file = FileOf(victim);
         const Bitboard pawns = board.Pieces[PAWN][board.SideToMove];
-        const bool hasLeft = file > 0 && (pawns & SquareBit(to - 1)) != 0;
-        const bool hasRight = file < 7 && (pawns & SquareBit(to + 1)) != 0;
+        const bool hasLeft = file > 0 && (pawns & SquareBit(victim - 1)) != 0;
+        const bool hasRight = file < 7 && (pawns & SquareBit(victim + 1)) != 0;
         if (hasLeft || hasRight) key ^= EnPassantKeys[file];
     }
     return key;

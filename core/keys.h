@@ -9,6 +9,9 @@ extern uint64_t PieceKeys[2][PIECE_CODES][64];  // rows 0 and 4 stay zero
 extern uint64_t CastleKeys[16];                 // by CastlingFlags
 extern uint64_t EnPassantKeys[8];               // by file
 
+// The key that marks an entry of a hash table as empty.
+constexpr uint64_t EMPTY_KEY = 1234567;
+
 // Fills the three tables from the start of the generator.
 void InitHashKeys();
 

@@ -48,7 +48,3 @@ void GenerateMoves() {
                                     [](const ScoredMove& entry) { return MoveCaptured(entry.Move) == KING; });
     MoveListTop = static_cast<int>(end - MoveList);
 }
-
-bool HasLegalMove() {
-    return AnyGeneratedMove(LeavesKingSafe);
-}

@@ -14,6 +14,3 @@ bool IsLegalMove(Move move);
 // Appends the pseudo-legal moves of the side to move to the move list: its evasions in check, the stages
 // otherwise. Captures of a king, which only a board that no game can have offers, are left out.
 void GenerateMoves();
-
-// Whether the side to move has a legal move.
-bool HasLegalMove();

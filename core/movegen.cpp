@@ -50,10 +50,10 @@ void GeneratePawnCaptures(Bitboard targets) {
 
 template <int side>
 void GenerateEnPassant() {
-    const Move last = LastMove();
     constexpr int STEP = side == WHITE ? 8 : -8;
-    if (MovePiece(last) != PAWN || MoveTo(last) - MoveFrom(last) != -2 * STEP) return;
-    const int victim = MoveTo(last), file = FileOf(victim);
+    const int victim = DoubleStepSquare();
+    if (victim < 0) return;
+    const int file = FileOf(victim);
     const Bitboard pawns = board.Pieces[PAWN][side];
     for (const int offset : {-1, 1}) {
         if (file + offset < 0 || file + offset > 7) continue;

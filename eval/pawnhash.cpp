@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "core/keys.h"
+
 int PawnHashEntries = 262144;
 
 namespace {
 
 constexpr int SPARE_ENTRIES = 2;
-constexpr uint64_t EMPTY_KEY = 1234567;
 
 PawnHashEntry* PawnTable = nullptr;
 

@@ -19,17 +19,35 @@ namespace {
 
 bool IsInAnalyzeMode = false;
 
-// Searches until input or the search itself ends it; false when there is nothing to search.
-bool AnalyzePosition() {
+// Limits that commands have set for games, put away while analyze mode searches without any.
+class LimitKeeper {
+  public:
+    LimitKeeper() : nodeLimit_(NodeLimit), mateSearch_(MateSearch), searchMovesCount_(SearchMovesCount) {
+        NodeLimit = MateSearch = SearchMovesCount = 0;
+    }
+    ~LimitKeeper() {
+        NodeLimit = nodeLimit_;
+        MateSearch = mateSearch_;
+        SearchMovesCount = searchMovesCount_;
+    }
+    LimitKeeper(const LimitKeeper&) = delete;
+    LimitKeeper& operator=(const LimitKeeper&) = delete;
+
+  private:
+    int nodeLimit_, mateSearch_, searchMovesCount_;
+};
+
+// Searches until input or the search itself ends it.
+void AnalyzePosition() {
     constexpr int DEPTH = 100;
     ClearRequests();
-    if (!CheckPosition()) return false;
+    if (!CheckPosition()) return;
+    const LimitKeeper keeper;
     SetNoTimeLimit();
     StartSearchClock();
     Analyzing = 1;
-    const bool isOver = IterativeDeepening(DEPTH, 0) != 0;
+    IterativeDeepening(DEPTH, 0);
     Analyzing = 0;
-    return !isOver;
 }
 
 void EnterMove(const std::string& line, bool isSearching) {
@@ -38,28 +56,29 @@ void EnterMove(const std::string& line, bool isSearching) {
         if (!isSearching) Print("move maked...\n");
         PlayMove(move);
     } else {
-        Print("Illegal move: %s\n", line.c_str());
+        Print("Illegal move: %s\n", isSearching ? MoveToText(move) : line.c_str());
     }
     FlushOutput();
 }
 
-// Carries out a line that ended the search or came after it.
-void InterpretAnalyzeLine(const std::string& line, bool isSearching) {
+// Carries out a line that ended the search or came after it; false for "exit".
+bool InterpretAnalyzeLine(const std::string& line, bool isSearching) {
+    const auto startsWith = [&](const char* word) { return line.rfind(word, 0) == 0; };
+    if (startsWith("exit")) return false;
     if (LooksLikeMove(line.c_str())) {
         EnterMove(line, isSearching);
     } else if (line == ".") {
         Print("stat01: 0 0 0 0 0\n");
         FlushOutput();
-    } else if (MatchKeyword("new", line.c_str())) {
-        NewGameRequested = 1;
-    } else if (MatchKeyword("undo", line.c_str())) {
-        UndoRequested = 1;
-    } else if (line.compare(0, 4, "exit") == 0) {
-        ExitRequested = 1;
+    } else if (startsWith("new")) {
+        NewGame();
+    } else if (startsWith("undo")) {
+        TakeBackMove();
     } else if (!MatchKeyword("analyze", line.c_str())) {
         SetInputLine(line);
         InterpretCommand();
     }
+    return true;
 }
 
 }  // namespace
@@ -68,25 +87,14 @@ void RunAnalyze() {
     // A command that analyze mode hands to the interpreter doesn't enter it again.
     if (IsInAnalyzeMode) return;
     IsInAnalyzeMode = true;
-    for (;;) {
-        const bool hasEnded = !AnalyzePosition() || !StopRequested;
-        std::string line;
-        if (HasKeptLine()) {
-            ReadLine(line);
-            InterpretAnalyzeLine(line, true);
-        } else if (hasEnded) {
-            if (!ReadLine(line)) break;
-            InterpretAnalyzeLine(line, false);
-        }
-        if (NewGameRequested) {
-            NewGame();
-        } else if (ExitRequested) {
-            break;
-        } else if (UndoRequested) {
-            TakeBackMove();
-        }
-        if (!HasKeptLine() && HasInputEnded()) break;
-    }
+    std::string line;
+    do {
+        AnalyzePosition();
+        // A search that "stop" or its own end has ended waits here for what comes next.
+        const bool isSearching = HasKeptLine();
+        if (!ReadLine(line)) break;
+        if (!InterpretAnalyzeLine(line, isSearching)) break;
+    } while (!HasInputEnded() || HasKeptLine());
     ClearRequests();
     IsInAnalyzeMode = false;
 }

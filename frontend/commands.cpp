@@ -4,6 +4,7 @@
 #include "core/board.h"
 #include "core/movescore.h"
 #include "core/movetext.h"
+#include "core/textnumber.h"
 #include "eval/evalreport.h"
 #include "eval/evaluate.h"
 #include "eval/weights.h"
@@ -55,7 +56,11 @@ void RunClean() {
 }
 
 void RunMoveTime() {
-    if (TokenCount >= 2) MoveTime = MultiplyBounded(TokenNumber(1), 100);
+    if (TokenCount >= 2) MoveTime = BoundToInt(TokenNumber(1) * int64_t{100});
+}
+
+void RunTime() {
+    if (TokenCount >= 2) EngineTime = ReadClockTime(Tokens[1]);
 }
 
 void RunHard() {
@@ -115,7 +120,7 @@ const Command CommandChain[] = {
     {"black", SetSideToMove<BLACK>},
     {"force", SetTo<ForceMode, 1>},
     {"brd", RunBoard},
-    {"time", SetNumber<EngineTime>},
+    {"time", RunTime},
     {"otime", SetNumber<OpponentTime>},
     {"easy", SetTo<PonderingOn, 0>},
     {"hard", RunHard},
@@ -137,21 +142,27 @@ const Command CommandChain[] = {
     {"otim", SetNumber<OpponentTime>},
 };
 
-bool MatchesLine(const Command& command) {
-    return command.Keyword == nullptr ? LooksLikeMove(InputLine) : MatchKeyword(command.Keyword, InputLine);
+bool MatchesLine(const Command& command, const char* line) {
+    return command.Keyword == nullptr ? LooksLikeMove(line) : MatchKeyword(command.Keyword, line);
 }
 
 }  // namespace
 
-void InterpretCommand() {
-    Tokenize(InputLine, MatchKeyword("level", InputLine) ? " :" : " ");
+std::vector<const Command*> FindCommands(const char* line) {
+    std::vector<const Command*> found;
     for (const Command& command : FirstCommands) {
-        if (MatchesLine(command)) command.Run();
+        if (MatchesLine(command, line)) found.push_back(&command);
     }
     for (const Command& command : CommandChain) {
-        if (!MatchesLine(command)) continue;
-        command.Run();
+        if (!MatchesLine(command, line)) continue;
+        found.push_back(&command);
         if (!command.GoesOn) break;
     }
+    return found;
+}
+
+void InterpretCommand() {
+    Tokenize(InputLine, MatchKeyword("level", InputLine) ? " :" : " ");
+    for (const Command* command : FindCommands(InputLine)) command->Run();
     FlushOutput();
 }

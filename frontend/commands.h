@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 // The command interpreter: console, xboard and UCI commands in one chain of keywords.
 
 // Interprets InputLine. Ends the program for "q". A line that is no command and no move is ignored.
@@ -11,6 +13,10 @@ struct Command {
     void (*Run)();
     bool GoesOn = false;  // the chain is searched further after this command
 };
+
+// The rows that take a line, in the order in which InterpretCommand runs them; none for a line that is
+// ignored.
+std::vector<const Command*> FindCommands(const char* line);
 
 // The command groups, one procedure a row; each reads Tokens and InputLine.
 

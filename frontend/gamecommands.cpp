@@ -1,4 +1,3 @@
-#include <climits>
 #include <cstring>
 
 #include "core/board.h"
@@ -9,6 +8,7 @@
 #include "core/movescore.h"
 #include "core/movetext.h"
 #include "core/positionfault.h"
+#include "core/textnumber.h"
 #include "frontend/commands.h"
 #include "frontend/newgame.h"
 #include "frontend/think.h"
@@ -23,8 +23,8 @@
 
 namespace {
 
-void StartThinking() {
-    PonderSearch = 0;
+// Thinks about all moves, within the limits in force.
+void ThinkFreely() {
     SearchMovesCount = 0;
     Think();
 }
@@ -39,7 +39,7 @@ void RunMove() {
         return;
     }
     PlayMove(move);
-    if (!ForceMode) StartThinking();
+    if (!ForceMode) ThinkFreely();
 }
 
 void RunNew() {
@@ -51,22 +51,23 @@ void RunReset() {
 }
 
 void RunLevel() {
-    constexpr int MINUTE = 6000, SECOND = 100;  // centiseconds
+    constexpr int64_t MINUTE = 6000, SECOND = 100;  // centiseconds
     const bool hasSeconds = TokenCount >= 5;
     if (TokenCount >= 2) MovesToGo = TokenNumber(1);
-    if (TokenCount >= 3) BaseTime = MultiplyBounded(TokenNumber(2), MINUTE);
-    if (hasSeconds) {
-        const int seconds = MultiplyBounded(TokenNumber(3), SECOND);
-        BaseTime = seconds > INT_MAX - BaseTime ? INT_MAX : BaseTime + seconds;
+    if (TokenCount >= 3) {
+        const int64_t seconds = hasSeconds ? TokenNumber(3) : 0;
+        BaseTime = BoundToInt(TokenNumber(2) * MINUTE + seconds * SECOND);
     }
     if (TokenCount >= 4) {
-        OwnIncrement = OpponentIncrement = MultiplyBounded(TokenNumber(hasSeconds ? 4 : 3), SECOND);
+        OwnIncrement = OpponentIncrement = BoundToInt(TokenNumber(hasSeconds ? 4 : 3) * SECOND);
     }
 }
 
 void RunLoadFen() {
     constexpr size_t PREFIX = 8;  // "loadfen "
-    if (std::strlen(InputLine) > PREFIX) LoadFEN(InputLine + PREFIX);
+    if (std::strlen(InputLine) <= PREFIX) return;
+    const char* text = InputLine + PREFIX;
+    if (text[std::strspn(text, " ")] != '\0') LoadFEN(text);
 }
 
 void RunEdit() {
@@ -78,16 +79,15 @@ void RunEdit() {
 
 void RunGo() {
     ForceMode = 0;
-    if (TokenCount > 1) {
-        PonderSearch = 0;
-        SearchMovesCount = 0;
+    SearchMovesCount = 0;
+    // A blank at the end of the line is no parameter.
+    if (TokenCount > 2 || (TokenCount == 2 && Tokens[1][0] != '\0')) {
         ReadGoParameters();
-        Think();
-        return;
+    } else if (UciMode) {
+        // An interface that names no clock means none, not the one it named before.
+        EngineTime = NO_CLOCK;
     }
-    // An interface that names no clock means none, not the one it named before.
-    if (UciMode) EngineTime = NO_CLOCK;
-    StartThinking();
+    Think();
 }
 
 void RunUndo() {
@@ -104,10 +104,10 @@ void RunDemo() {
     NewGame();
     for (int plies = -1; GamePly() != plies;) {
         plies = GamePly();
-        StartThinking();
+        ThinkFreely();
         // Any line that a search does not answer ends the demonstration, as does the end of input.
         PollDuringSearch();
-        if (IsGameRequested() || HasKeptLine() || HasInputEnded()) break;
+        if (HasKeptLine() || HasInputEnded()) break;
     }
     PonderingOn = ponderingOn;
 }

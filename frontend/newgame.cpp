@@ -51,3 +51,10 @@ bool CheckPosition() {
     FlushOutput();
     return false;
 }
+
+bool CheckMen() {
+    if (!HasPhantomMen()) return true;
+    Print("Error (illegal position): %s\n", FindPositionFault());
+    FlushOutput();
+    return false;
+}

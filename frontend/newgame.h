@@ -18,5 +18,8 @@ void ResetGameMemory();
 // Makes a legal move in the game.
 void PlayMove(Move move);
 
+// Whether moves can be tried on the board; says what is wrong with one that names men who are not there.
+bool CheckMen();
+
 // Whether the position can be searched; says what is wrong with one that can't, in the active dialect.
 bool CheckPosition();

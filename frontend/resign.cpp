@@ -36,7 +36,8 @@ bool ShouldResign() {
     int count = 0;
     for (const OwnMove& own : ResignHistory) {
         const int plies = 2 * count;
-        if (plies > HistoryLength || KeyBefore(plies) != own.Key || own.Score >= -ResignValue) return false;
+        if (plies > HistoryLength || KeyBefore(plies) != own.Key || own.Score >= -int64_t{ResignValue})
+            return false;
         if (++count >= ResignTimes) return true;
     }
     return false;

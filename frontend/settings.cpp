@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "book/book.h"
+#include "core/textnumber.h"
 #include "egtb/tablebases.h"
 #include "eval/pawnhash.h"
 #include "eval/weights.h"
@@ -14,13 +15,10 @@
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 
-int BookNamed = 0;
-
 namespace {
 
 constexpr char FILE_NAME[] = "Kestrovan.ini";
 constexpr int LINE_BUFFER = 250;  // longer lines are read as several
-constexpr int MEGABYTE = 1048576;
 constexpr int DEFAULT_HASH_ENTRIES = 524288;
 constexpr int START_PAWN_ENTRIES = 262144;
 // Differs on purpose from the table that start-up makes.
@@ -160,7 +158,6 @@ void ApplyNumber(const SettingLine& line) {
 }
 
 void ApplyBookName(const SettingLine& line) {
-    BookNamed = 1;
     OpenBook(line.Rest);
 }
 

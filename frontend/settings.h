@@ -13,8 +13,7 @@ void ReadSettingsFile();
 // Prints the settings in force.
 void PrintSettings();
 
-// Whether the settings file has named an opening book.
-extern int BookNamed;
+constexpr int MEGABYTE = 1048576;
 
 // Table sizes in entries for a size in megabytes, 0..1024.
 int TranspositionEntries(int megabytes);

@@ -67,7 +67,7 @@ void StartUp() {
     // 2. Memory and files. The keys were drawn before this seed, so they are the same in every run.
     AllocateHashTables();
     std::srand(static_cast<unsigned>(std::time(nullptr)));
-    if (!BookNamed) OpenBook(DEFAULT_BOOK);
+    if (!BookLoaded) OpenBook(DEFAULT_BOOK);
     PrintSettings();
     // 3. The game.
     PostMode = 1;

@@ -46,13 +46,7 @@ void PrintFinalLine() {
 
 // Whether input has taken away the engine's right to move. Not in UCI, whose every search is answered.
 bool IsMoveUnwanted() {
-    return !UciMode && IsGameRequested();
-}
-
-// Does what input asked for while the engine thought or pondered, except a new game.
-void ObeyRequests() {
-    if (ForceRequested) ForceMode = 1;
-    if (UndoRequested) TakeBackMove();
+    return !UciMode && MoveUnwanted;
 }
 
 void AnnounceMove(Move move) {
@@ -141,12 +135,11 @@ void AnnounceBestMove(Move move) {
 }
 
 void Think() {
-    if (!CheckPosition()) return;
     PonderMove = NO_MOVE;
     QuietPreSearch = 0;
-    while (ThinkOnce()) {
+    if (CheckPosition()) {
+        while (ThinkOnce()) {
+        }
     }
-    Pondering = 0;
-    ObeyRequests();
-    if (NewGameRequested) NewGame();
+    Pondering = PonderSearch = InfiniteSearch = 0;
 }

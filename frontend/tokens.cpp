@@ -1,12 +1,10 @@
 #include "frontend/tokens.h"
 
 #include <algorithm>
-#include <climits>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 #include "core/textfold.h"
+#include "core/textnumber.h"
 
 char InputLine[LINE_LIMIT + 1];
 char Tokens[TOKEN_LIMIT][TOKEN_LENGTH];
@@ -18,10 +16,6 @@ namespace {
 const char* SkipBlanks(const char* text) {
     while (*text == ' ') ++text;
     return text;
-}
-
-int BoundToInt(int64_t value) {
-    return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
 }
 
 }  // namespace
@@ -66,14 +60,6 @@ int Tokenize(const char* line, const char* separators) {
     return ++TokenCount;
 }
 
-int ReadNumber(const char* text) {
-    return BoundToInt(std::strtoll(text, nullptr, 10));
-}
-
 int TokenNumber(int index) {
     return index < TokenCount ? ReadNumber(Tokens[index]) : 0;
-}
-
-int MultiplyBounded(int a, int b) {
-    return BoundToInt(int64_t{a} * b);
 }

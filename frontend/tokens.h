@@ -24,11 +24,5 @@ bool MatchKeyword(const char* keyword, const char* text);
 // an empty token behind it, deliberately. Tokens beyond TOKEN_LIMIT are ignored.
 int Tokenize(const char* line, const char* separators);
 
-// The number that a text begins with, as atoi reads it: 0 for anything else. Held within the range of int.
-int ReadNumber(const char* text);
-
 // The number of token `index`; 0 when there is none.
 int TokenNumber(int index);
-
-// a x b, held within the range of int.
-int MultiplyBounded(int a, int b);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 #include <string>
 
 #include "book/book.h"
@@ -53,7 +54,7 @@ void SetPawnHash() {
 }
 
 void SetTablebaseCache() {
-    if (UseEGTB) EGTBHashSize = ReadMegabytes() * 1048576;
+    if (UseEGTB) EGTBHashSize = ReadMegabytes() * MEGABYTE;
 }
 
 void SetOwnBook() {
@@ -132,17 +133,20 @@ void ReadInto(int token) {
     variable = TokenNumber(token);
 }
 
+// Less than a centisecond is still a limit.
+void ReadMoveTime(int token) {
+    MoveTime = std::max(1, ReadTime(token));
+}
+
 struct GoRow {
     const char* Keyword;
     void (*Read)(int token);  // the token that holds the value
 };
 
 const GoRow GoTable[] = {
-    {"btime", ReadClock<BLACK>},        {"wtime", ReadClock<WHITE>},
-    {"binc", ReadIncrement<BLACK>},     {"winc", ReadIncrement<WHITE>},
-    {"movestogo", ReadInto<MovesToGo>}, {"depth", ReadInto<MaxDepth>},
-    {"nodes", ReadInto<NodeLimit>},     {"movetime", [](int token) { MoveTime = ReadTime(token); }},
-    {"mate", ReadInto<MateSearch>},
+    {"btime", ReadClock<BLACK>},    {"wtime", ReadClock<WHITE>},        {"binc", ReadIncrement<BLACK>},
+    {"winc", ReadIncrement<WHITE>}, {"movestogo", ReadInto<MovesToGo>}, {"depth", ReadInto<MaxDepth>},
+    {"nodes", ReadInto<NodeLimit>}, {"movetime", ReadMoveTime},         {"mate", ReadInto<MateSearch>},
 };
 
 // Adds the tokens from `first` on that have the shape of a move; the root list keeps the legal ones.
@@ -152,12 +156,14 @@ void ReadSearchMoves(int first) {
     }
 }
 
-// Plays the tokens from `first` on; what is no legal move is skipped.
+// Plays the words of the line behind its token `first`, however many they are; what is no legal move is
+// skipped.
 void PlayMoves(int first) {
     if (HasPhantomMen()) return;
-    for (int i = first; i < TokenCount; ++i) {
-        if (!LooksLikeMove(Tokens[i])) continue;
-        const Move move = TextToMove(Tokens[i]);
+    std::istringstream words(InputLine + TokenOffset[first] + std::strlen(Tokens[first]));
+    for (std::string word; words >> word;) {
+        if (!LooksLikeMove(word.c_str())) continue;
+        const Move move = TextToMove(word.c_str());
         if (IsLegalMove(move)) PlayMove(move);
     }
 }
@@ -222,7 +228,7 @@ void RunPosition() {
     if (TokenCount < 4) return;
     for (int i = 2; i < TokenCount; ++i) {
         if (!MatchKeyword("moves", Tokens[i])) continue;
-        PlayMoves(i + 1);
+        PlayMoves(i);
         return;
     }
 }
@@ -237,6 +243,7 @@ void ReadGoParameters() {
             row->Read(++i);
         } else if (MatchKeyword("infinite", token)) {
             EngineTime = INFINITE_TIME;
+            InfiniteSearch = 1;
         } else if (MatchKeyword("searchmoves", token)) {
             ReadSearchMoves(i + 1);
             return;
@@ -255,12 +262,13 @@ void RunDebug() {
     }
 }
 
-// A "go ponder" whose search has ended already: its move is made and announced now.
+// Makes and announces the move of a "go ponder" that has ended unanswered. Searches wait for their answer, so
+// that there is none now; the branch is kept, deliberately, for one that does not.
 void RunPonderHit() {
     if (!PonderSearch) return;
     PonderSearch = 0;
-    if (RootMoveCount == 0) return;
     const Move move = RootMove(0);
+    if (move == NO_MOVE || !IsLegalMove(move)) return;
     PlayMove(move);
     AnnounceBestMove(move);
 }

@@ -2,31 +2,21 @@
 #include "core/boardtext.h"
 #include "core/movetext.h"
 #include "core/perft.h"
-#include "core/positionfault.h"
 #include "egtb/tablebases.h"
 #include "frontend/commands.h"
+#include "frontend/newgame.h"
 #include "frontend/startup.h"
 #include "frontend/tokens.h"
 #include "platform/output.h"
 #include "platform/platform.h"
 #include "search/root.h"
-
-namespace {
-
-// Moves can't be tried on a board that names men who are not there.
-bool CheckMen() {
-    if (!HasPhantomMen()) return true;
-    Print("Error (illegal position): %s\n", FindPositionFault());
-    FlushOutput();
-    return false;
-}
-
-}  // namespace
+#include "search/timecontrol.h"
 
 void RunMoves() {
     Print("-------------- Legal moves: ----------------\n\n");
     const int top = MoveListTop;
     if (CheckMen()) {
+        StartSearchClock();
         PrepareRoot();
         for (int i = 0; i < RootMoveCount; ++i) {
             Print("%s (%d); ", MoveToPieceText(MoveList[i].Move), MoveList[i].Score);

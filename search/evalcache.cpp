@@ -4,11 +4,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/keys.h"
+
 namespace {
 
 constexpr size_t ENTRY_BYTES = 52;
 constexpr size_t ENTRIES = 524290;
-constexpr uint64_t EMPTY_KEY = 1234567;
 
 char* EvalCache = nullptr;
 

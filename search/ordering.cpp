@@ -6,14 +6,11 @@
 #include "core/movescore.h"
 #include "platform/output.h"
 #include "search/plyinfo.h"
+#include "search/scores.h"
 #include "search/timecontrol.h"
-
-PlyRecord PlyInfo[PLY_RECORDS];
-int Ply = 0;
 
 namespace {
 
-constexpr int PLY_UNITS = 60;
 constexpr int COUNTER_LIMIT = 32700;
 constexpr int HURRY_TIME = 70;  // centiseconds
 
@@ -23,7 +20,7 @@ constexpr int DepthWeight[16] = {0, 57, 119, 155, 181, 200, 217, 230, 242, 253, 
 }  // namespace
 
 void UpdateHistory(int depth, Move move, int selector) {
-    const int plies = std::min(depth / PLY_UNITS, 15);
+    const int plies = std::min(depth / PLY_DEPTH, 15);
     if (plies == 0) Print("?");
     const int side = board.SideToMove;
     int32_t& counter = HistoryCounter(move, selector, side);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <string>
 #include <thread>
 
@@ -10,6 +9,7 @@
 #include "core/movelist.h"
 #include "core/movetext.h"
 #include "core/textfold.h"
+#include "core/textnumber.h"
 #include "platform/input.h"
 #include "platform/output.h"
 #include "search/modes.h"
@@ -19,14 +19,11 @@
 #include "search/timecontrol.h"
 
 int PollCountdown = 0;
-int PreviousScore = 0;
-Move ExpectedMove = NO_MOVE;
 
 namespace {
 
 void RequestStop() {
     StopRequested = 1;
-    PonderSearch = 0;
 }
 
 void AnswerStatistics() {
@@ -36,47 +33,25 @@ void AnswerStatistics() {
     FlushOutput();
 }
 
-void StartThinking() {
+// What was pondering goes on as a timed search.
+void StopPondering() {
     Pondering = PonderSearch = 0;
     if (IsTimedSearch()) AllocateTime(RootGamePly);
     RestartLimitClock();
     PollCountdown = 0;
 }
 
-// Carries out a line of the polling table; false for any other line.
-bool HandleNamedLine(const std::string& line) {
-    const auto request = [](int& flag) {
-        flag = 1;
+// Lines that are answered at any time, even behind one that has been kept; false for any other line.
+bool HandleUrgentLine(const std::string& line) {
+    if (line == "?" || line == "stop") {
         RequestStop();
-        return true;
-    };
-    if (line == "?" || line == "stop") return request(StopRequested);
-    if (line == "undo") return request(UndoRequested);
-    if (line == "exit") return request(ExitRequested);
-    if (line == "new") return request(NewGameRequested);
-    if (line == "force") return request(ForceRequested);
-    if (line == "post" || line == "nopost") {
-        PostMode = line == "post";
-        return request(StopRequested);
-    }
-    if (line == "q" || line == "quit") {
+    } else if (line == "q" || line == "quit") {
         QuitProgram();
-        return true;
-    }
-    if (line == ".") {
-        AnswerStatistics();
     } else if (line == "isready") {
         Print("readyok\n");
         FlushOutput();
     } else if (line == "ponderhit") {
-        if (PonderSearch) StartThinking();
-    } else if (line == "hard") {
-        if (!PonderingOn && PonderingAllowed) {
-            PonderingOn = 1;
-            RequestStop();
-        }
-    } else if (line == "easy") {
-        PonderingOn = 0;
+        if (PonderSearch) StopPondering();
     } else {
         return false;
     }
@@ -89,47 +64,58 @@ const char* FindArgument(const std::string& line, const std::string& keyword) {
     return line.c_str() + keyword.size() + 1;
 }
 
-bool HandleClockLine(const std::string& line) {
-    if (const char* time = FindArgument(line, "time")) {
-        EngineTime = std::atoi(time);
+// Lines that are carried out while the search goes on; false for any other line.
+bool HandlePassingLine(const std::string& line) {
+    if (line == ".") {
+        AnswerStatistics();
+    } else if (line == "easy") {
+        PonderingOn = 0;
+    } else if (line == "hard" && (PonderingOn || !PonderingAllowed)) {
+        // Nothing to switch on.
+    } else if (const char* opponentTime = FindArgument(line, "otim")) {
+        OpponentTime = ReadNumber(opponentTime);
+    } else if (const char* time = FindArgument(line, "time")) {
+        EngineTime = ReadClockTime(time);
         if (!Pondering && !PonderSearch) RequestStop();
-        return true;
+    } else {
+        return false;
     }
-    if (const char* time = FindArgument(line, "otim")) {
-        OpponentTime = std::atoi(time);
-        return true;
-    }
-    return false;
-}
-
-// "result" with or without what follows it: the game is over.
-bool HandleResult(const std::string& line) {
-    if (line.compare(0, 6, "result") != 0) return false;
-    ResultReceived = 1;
-    if (!Pondering) RequestStop();
     return true;
 }
 
-// A move while pondering: the predicted one turns pondering into thinking.
+// Lines that end the search and are then interpreted like any other; false for any other line.
+bool HandleEndingLine(const std::string& line) {
+    const bool isResult = line.compare(0, 6, "result") == 0;
+    if (isResult && Pondering) return true;
+    const bool endsGame = isResult || line == "undo" || line == "new" || line == "force";
+    if (!endsGame && line != "exit" && line != "post" && line != "nopost" && line != "hard") return false;
+    MoveUnwanted = MoveUnwanted || endsGame;
+    KeepLine(line);
+    RequestStop();
+    return true;
+}
+
+// A move while pondering: the predicted one turns pondering into thinking. Any other is interpreted when the
+// board is back at the root.
 bool HandlePredictedMove(const std::string& line) {
     if (!Pondering || !LooksLikeMove(line.c_str())) return false;
-    // The board stands somewhere in the tree; the text needs no board.
+    const std::string predicted = MoveToText(PredictedMove);
     std::string move = line.substr(0, 5);
-    std::string predicted = MoveToText(PredictedMove);
     std::transform(move.begin(), move.end(), move.begin(), FoldCase);
-    if (predicted.size() == 4) move.resize(4);
+    // A letter that names no piece says nothing.
+    if (move.size() == 5 && std::string("qrbn").find(move[4]) == std::string::npos) move.pop_back();
     if (move != predicted) return false;
-    StartThinking();
+    StopPondering();
     return true;
 }
 
 void HandleLine(const std::string& line) {
-    if (line.empty()) return;
-    if (HandleNamedLine(line) || HandleClockLine(line) || HandleResult(line) || HandlePredictedMove(line))
-        return;
-    // Never lost: interpreted, in order, when the search has ended. A search that waits for input ends now.
+    if (HandleUrgentLine(line)) return;
+    if (!HasKeptLine()) {
+        if (line.empty() || HandlePassingLine(line) || HandleEndingLine(line) || HandlePredictedMove(line))
+            return;
+    }
     KeepLine(line);
-    if (IsWaitingSearch() || Analyzing || QuietPreSearch) RequestStop();
 }
 
 // The rules by which a timed search goes on or stops.
@@ -151,15 +137,14 @@ bool IsTimeUp() {
     return elapsed >= std::min<int64_t>(time, MaxTime);
 }
 
+}  // namespace
+
 void SetPollCountdown() {
     PollCountdown = PollInterval;
-    if (NodeLimit > 0) {
-        const int64_t left = std::max<int64_t>(NodeLimit - Nodes, 0);
-        PollCountdown = static_cast<int>(std::min<int64_t>(PollCountdown, left));
-    }
+    if (NodeLimit <= 0) return;
+    const int64_t left = std::max<int64_t>(NodeLimit - Nodes, 1);
+    PollCountdown = static_cast<int>(std::min<int64_t>(PollCountdown, left - 1));
 }
-
-}  // namespace
 
 void CheckTime() {
     constexpr int PRE_SEARCH_TIME = 100;  // centiseconds
@@ -177,8 +162,13 @@ void CheckTime() {
 }
 
 void PollDuringSearch() {
+    const auto mayWait = [] { return IsWaitingSearch() || Analyzing || QuietPreSearch; };
     std::string line;
-    while (!StopRequested && TakeWaitingLine(line)) HandleLine(line);
+    for (;;) {
+        if (HasKeptLine() && mayWait()) RequestStop();
+        if (StopRequested || !TakeWaitingLine(line)) break;
+        HandleLine(line);
+    }
     if (!StopRequested && IsUnlimitedSearch() && HasInputEnded()) RequestStop();
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/types.h"
-
 // Input and limits while the search runs. Input is looked at between nodes only.
 
 extern int PollCountdown;  // nodes until the next CheckTime; counted down by the search
@@ -10,14 +8,14 @@ extern int PollCountdown;  // nodes until the next CheckTime; counted down by th
 // StopRequested, and sets PollCountdown anew.
 void CheckTime();
 
-// Takes every line that waits and carries it out or keeps it for after the search, up to one that ends the
-// search. At the end of input a search that nothing else would end is ended.
+// Takes every line that waits, up to one that ends the search, and carries it out or keeps it for after the
+// search: behind a line that has been kept, all but the most urgent are kept, so that their order stays. A
+// search that waits for input ends for a kept line. At the end of input a search that nothing else would end
+// is ended.
 void PollDuringSearch();
 
 // Polls, without searching, until input ends the pondering or infinite search that has come to its end early.
 void WaitForInput();
 
-// What the last search expected of the next one: its score from the engine's side, and the move that it would
-// play there, 0 for none. Written by the root search.
-extern int PreviousScore;
-extern Move ExpectedMove;
+// Sets PollCountdown for the next stretch of nodes: PollInterval, or what the node limit leaves.
+void SetPollCountdown();

@@ -38,7 +38,7 @@ std::string ScoreText(int score) {
 
 // In a mate search only the mate that is sought is shown.
 int UciScore() {
-    const bool isOther = MateSearch != 0 && MateSearch != (MATE + 1 - RootScore) / 2;
+    const bool isOther = MateSearch > 0 && MateSearch != (MATE + 1 - RootScore) / 2;
     return isOther ? 0 : RootScore;
 }
 

@@ -20,10 +20,11 @@ int RootScore = 0;
 int CurrentRootMove = 0;
 int RootGamePly = 0;
 Move PonderMove = NO_MOVE;
+int PreviousScore = 0;
+Move ExpectedMove = NO_MOVE;
 
 namespace {
 
-constexpr int LAST_ITERATION = 98;
 constexpr int NARROW_WIDTH = 20;
 constexpr int WIDE_WIDTH = 120;
 
@@ -121,6 +122,8 @@ void RunIteration(int depth) {
     MaxPlyReached = depth + 1;
     if (depth >= 4) PollCountdown = -1;
     ++Nodes;
+    --PollCountdown;
+    if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = 1;
     CurrentRootMove = 0;
     if (UciMode && Nodes > 200000) PrintUciInfo(1, BOUND_NONE, 0);
     for (int i = 0; i < RootMoveCount && !StopRequested; ++i) {
@@ -143,7 +146,7 @@ void RunIteration(int depth) {
 
 // Whether the result can't get better: a mate within the depth searched, or the mate that was asked for.
 bool HasFoundMate(int depth) {
-    if (MateSearch != 0) return RootScore > MATE - 2 * MateSearch;
+    if (MateSearch > 0) return RootScore > MATE - 2 * MateSearch;
     return RootScore > MATE + 1 - depth || RootScore < depth - (MATE + 1);
 }
 
@@ -159,7 +162,7 @@ void ResetSearch() {
     RootGamePly = GamePly();
     Ply = 0;
     PonderMove = NO_MOVE;
-    PollCountdown = NodeLimit > 0 ? std::min(PollInterval, NodeLimit) : PollInterval;
+    SetPollCountdown();
     PreviousScore = LastScoreToMove();
     const bool isExpected = PositionKey() == ExpectedKey && board.SideToMove == ExpectedSide;
     ExpectedMove = isExpected ? ExpectedAnswer : NO_MOVE;
@@ -167,8 +170,8 @@ void ResetSearch() {
 }
 
 void Deepen(int maxDepth) {
-    const int mateDepth = MateSearch > 0 ? std::min(MateSearch, LAST_ITERATION) * 2 + 1 : maxDepth;
-    const int limit = std::min({maxDepth, mateDepth, LAST_ITERATION + 1});
+    const int mateDepth = MateSearch > 0 ? std::min(MateSearch, DEEPEST_ITERATION) * 2 + 1 : maxDepth;
+    const int limit = std::min({maxDepth, mateDepth, DEEPEST_ITERATION + 1});
     for (int depth = 1; depth < limit && !StopRequested; ++depth) {
         RunIteration(depth);
         if (!StopRequested && HasFoundMate(depth)) break;

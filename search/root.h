@@ -13,6 +13,11 @@ extern int CurrentRootMove;  // index of the root move being searched
 extern int RootGamePly;      // plies of the game before the root
 extern Move PonderMove;      // the expected reply to root move 0, 0 for none; set by PrintPv
 
+// What the last search expected of this one: its score from the engine's side, and the move that it would
+// play here, 0 for none. The time control drops an expected move that is no longer the best.
+extern int PreviousScore;
+extern Move ExpectedMove;
+
 // Searches the position on the board to `maxDepth` plies or until a limit or input ends it. The chosen move
 // is root move 0, its score RootScore. Returns 1 when the game is over at the root, else 0. `useBook` allows
 // an answer from the opening book.

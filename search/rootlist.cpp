@@ -136,6 +136,7 @@ int PrepareRoot() {
     RootScore = score;
     if (PutHashMoveFirst(hashMove)) {
         IterationDepth = 0;
+        Nodes = 0;
         PrintReport(0, BOUND_NONE);
     }
     return 0;

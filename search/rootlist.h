@@ -19,7 +19,7 @@ extern Move SearchMoves[SEARCH_MOVES_SIZE];
 extern int SearchMovesCount;
 
 // The root score of the last completed search, from the view of the side that was to move then. Written by
-// the thinking driver; 0 in a new game.
+// the thinking driver; "clean" and what resets a game's memory set it to 0.
 extern int LastScore;
 extern int LastScoreSide;
 

@@ -2,12 +2,9 @@
 
 #include <cstdint>
 
-// The full-width search below the root, and the quiescence search below that. Scores are centipawns from the
-// side to move's view; a side mated at ply p scores p - MATE. Depths are sixtieths of a ply.
+#include "search/scores.h"
 
-constexpr int MATE = 32700;
-constexpr int MATE_BOUND = 31000;  // scores beyond it are mates
-constexpr int PLY_DEPTH = 60;
+// The full-width search below the root, and the quiescence search below that.
 
 extern int64_t Nodes;      // of the current search
 extern int MaxPlyReached;  // deepest ply of the current iteration

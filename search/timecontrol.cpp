@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/textnumber.h"
 #include "platform/platform.h"
 #include "search/modes.h"
 
@@ -47,13 +48,19 @@ void SetPollInterval() {
 
 }  // namespace
 
+int ReadClockTime(const char* text) {
+    const int time = ReadNumber(text);
+    return time == NO_CLOCK ? 0 : time;
+}
+
 bool IsTimedSearch() {
     return MoveTime != 0 || (EngineTime != NO_CLOCK && EngineTime != INFINITE_TIME);
 }
 
 bool IsUnlimitedSearch() {
     if (IsWaitingSearch() || Analyzing) return true;
-    return !IsTimedSearch() && MaxDepth >= UNLIMITED_DEPTH && NodeLimit == 0 && MateSearch == 0;
+    // A depth that no search reaches is no limit.
+    return !IsTimedSearch() && MaxDepth > DEEPEST_ITERATION && NodeLimit <= 0 && MateSearch <= 0;
 }
 
 void AllocateTime(int gamePly) {

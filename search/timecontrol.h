@@ -8,6 +8,7 @@ constexpr int NO_CLOCK = -1;
 constexpr int INFINITE_TIME = 999999999;  // the value of EngineTime during a UCI infinite search
 constexpr int NO_TIME_LIMIT = 9999999;    // of TargetTime and MaxTime
 constexpr int UNLIMITED_DEPTH = 998;
+constexpr int DEEPEST_ITERATION = 98;  // the last one that is searched
 
 // The time control, set by commands and by input during a search.
 extern int EngineTime;    // own time left, NO_CLOCK or INFINITE_TIME
@@ -27,6 +28,9 @@ extern int MaxTime;
 extern int PollInterval;  // nodes between two looks at clock and input
 
 extern int GameSearches;  // searches made in this game; counted by the search, reset by a new game
+
+// The time that a clock command names; never NO_CLOCK, which an overdrawn clock must not turn into.
+int ReadClockTime(const char* text);
 
 // Whether the search under way keeps to TargetTime and MaxTime.
 bool IsTimedSearch();

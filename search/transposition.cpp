@@ -6,6 +6,7 @@
 #include "core/board.h"
 #include "core/keys.h"
 #include "core/movescore.h"
+#include "search/scores.h"
 
 int HashEntries = 524288;
 int64_t HashWrites = 0;
@@ -14,8 +15,6 @@ namespace {
 
 constexpr int SPARE_ENTRIES = 10;
 constexpr int SLOT_ENTRIES = 4;  // scanned from the start index on
-constexpr uint64_t EMPTY_KEY = 1234567;
-constexpr int MATE_BOUND = 31000;
 
 HashEntry* HashTable = nullptr;
 

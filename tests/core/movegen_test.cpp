@@ -50,7 +50,6 @@ TEST_F(MovegenTest, LegalMovesAreThoseOfTheRules) {
         const std::vector<Move> staged = StagedMoves(), sorted = Sorted(staged);
         ASSERT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end()) << TextOf(sorted);
         ASSERT_EQ(staged, MovesOf(GenerateAllStages));
-        ASSERT_EQ(HasLegalMove(), !expected.empty());
         std::vector<Move> legal = LegalOnes(staged);
         if (!position.IsInCheck()) {
             ASSERT_EQ(TextOf(legal), TextOf(expected));
