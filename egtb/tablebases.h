@@ -1,13 +1,16 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 // Endgame tablebases. The settings are written by the settings file and by UCI options.
 
-extern int UseEGTB;          // setting: probe tablebases
-extern std::string tb_path;  // setting: directories, separated by ',' or ';'
-extern int EGTBHashSize;     // setting: bytes
+extern int UseEGTB;       // setting: probe tablebases
+extern int EGTBHashSize;  // setting: bytes
+
+// Setting: directories, separated by ',' or ';'. What is longer than the buffer is cut.
+constexpr int TB_PATH_SIZE = 4096;
+extern char tb_path[TB_PATH_SIZE];
+void SetTablebasePath(const char* path);
 
 // Written by RegisterTablebases.
 extern int FoundPieces;          // the most men for which tables were found, 0 for none

@@ -187,7 +187,7 @@ const SettingRow SettingTable[] = {
     {"UseBookLearning", ApplySwitch<UseBookLearning>},
     {"Pondering", ApplyPondering},
     {"UseEGTB", ApplySwitch<UseEGTB>},
-    {"EGTBPath", [](const SettingLine& line) { tb_path = line.Rest; }},
+    {"EGTBPath", [](const SettingLine& line) { SetTablebasePath(line.Rest); }},
     {"OpeningsBook", ApplyBookName},
     {"BookLearningMode", ApplyBookMode},
     {"UseLearningData", ApplySwitch<UseLearningData>},
@@ -231,7 +231,7 @@ void SetDefaultSettings() {
     HashEntries = DEFAULT_HASH_ENTRIES;
     PawnHashEntries = START_PAWN_ENTRIES;
     EGTBHashSize = DEFAULT_CACHE_BYTES;
-    tb_path = "c:\\tablebases\\";
+    SetTablebasePath("c:\\tablebases\\");
     SetAggressivity(100);
     SetCowardice(100);
     SetTropism(100);
@@ -275,7 +275,7 @@ void PrintSettings() {
     Print("Tropism = %d (%d)%%\n", Tropism.Raw, Tropism.Scaled);
     Print("ResignValue = %d\nResignTimes = %d\n", ResignValue, ResignTimes);
     Print("UseEGTB = %s\n", OnOff(UseEGTB));
-    Print("EGTB path = \"%s\"\n", tb_path.c_str());
+    Print("EGTB path = \"%s\"\n", tb_path);
     Print("UseBookWeights = %s\n", OnOff(UseBookWeights));
     Print("UseBookLearning = %s\n", OnOff(UseBookLearning));
     Print("BookLearningMode = %s\n", BookLearningMode ? "DISCOVER" : "KILL");

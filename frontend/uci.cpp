@@ -65,9 +65,9 @@ void SetOwnBook() {
     }
 }
 
-void SetTablebasePath() {
+void ChangeTablebasePath() {
     if (!UseEGTB) return;
-    tb_path = ValueText();
+    SetTablebasePath(ValueText());
     RegisterTablebases();
 }
 
@@ -87,7 +87,7 @@ const OptionRow OptionTable[] = {
     {"NalimovCache", SetTablebaseCache},
     {"Clear", nullptr},  // a button of two words
     {"OwnBook", SetOwnBook},
-    {"NalimovPath", SetTablebasePath},
+    {"NalimovPath", ChangeTablebasePath},
     {"OpeningsBook", [] { OpenBook(ValueText()); }},
 };
 

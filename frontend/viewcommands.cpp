@@ -53,6 +53,6 @@ void RunShowFlags() {
 }
 
 void RunTablebaseStatus() {
-    Print("UseEGTB = %s\ntb_path = %s\n", UseEGTB ? "TRUE" : "FALSE", tb_path.c_str());
+    Print("UseEGTB = %s\ntb_path = %s\n", UseEGTB ? "TRUE" : "FALSE", tb_path);
     PrintTablebaseCount();
 }

@@ -135,7 +135,7 @@ TEST_F(PerftTest, CountsCastlingOutOfCheck) {
 TEST_F(PerftTest, HasNoLeavesBelowDepthOne) {
     EXPECT_EQ(Perft(0), 0);
     EXPECT_EQ(Perft(-3), 0);
-    LoadFEN(MATE);
+    LoadFEN(MATED);
     EXPECT_EQ(Perft(4), 0);
     LoadFEN(STALEMATE);
     EXPECT_EQ(Perft(1), 0);

@@ -21,7 +21,7 @@ constexpr char THREE_KNIGHTS[] = "4k3/8/3r4/8/4N3/8/2N3N1/4K3 b - -";
 constexpr char OPEN_LINES[] = "2r1r1k1/1b3pb1/1q1p2n1/3N4/2B1PR2/1R2B1Q1/5PP1/6K1 w - -";
 constexpr char PAWNS_BEFORE_LAST_STEP[] = "8/PPPPk1PP/8/8/8/8/ppppK1pp/8 w - -";
 constexpr char STALEMATE[] = "7k/5Q2/6K1/8/8/8/8/8 b - -";
-constexpr char MATE[] = "R5k1/5ppp/8/8/8/8/8/6K1 b - -";
+constexpr char MATED[] = "R5k1/5ppp/8/8/8/8/8/6K1 b - -";
 
 constexpr const char* NASTY_POSITIONS[] = {
     START,
@@ -42,5 +42,5 @@ constexpr const char* NASTY_POSITIONS[] = {
     OPEN_LINES,
     PAWNS_BEFORE_LAST_STEP,
     STALEMATE,
-    MATE,
+    MATED,
 };

@@ -1,0 +1,94 @@
+#include "eval/evaluate.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/bitboard.h"
+#include "core/board.h"
+#include "core/fen.h"
+#include "eval/weights.h"
+#include "tests/support/datafile.h"
+#include "tests/support/walker.h"
+
+namespace {
+
+class EvaluateTest : public CoreTest {};
+
+int Evaluation() {
+    int result = -32700;
+    Evaluate(&result);
+    return result;
+}
+
+// Puts the position with colours exchanged on the board.
+void MirrorBoard() {
+    const Board original = board;
+    ClearBoard();
+    for (int square = 0; square < 64; ++square) {
+        if (original.PieceOn[square] == EMPTY) continue;
+        const int side = (original.Occupied[WHITE] & SquareBit(square)) != 0 ? WHITE : BLACK;
+        AddPiece(square ^ 56, ChangeSide(side), original.PieceOn[square]);
+    }
+    board.SideToMove = ChangeSide(original.SideToMove);
+}
+
+TEST_F(EvaluateTest, PhasesAndEndingFlags) {
+    for (const DataRow& row : ReadDataRows("phases.txt")) {
+        LoadFEN(row.Fen.c_str());
+        Evaluation();
+        const std::vector<std::string> phases = {std::to_string(eval_info.current_phase),
+                                                 std::to_string(eval_info.black_phase),
+                                                 std::to_string(eval_info.white_phase)};
+        const std::vector<std::string> ending = {std::to_string(eval_info.ENDING[WHITE]),
+                                                 std::to_string(eval_info.ENDING[BLACK])};
+        EXPECT_EQ(row.Values("phases"), phases) << row.Fen;
+        EXPECT_EQ(row.Values("ending"), ending) << row.Fen;
+    }
+}
+
+TEST_F(EvaluateTest, IsTheSameForBothColours) {
+    const auto compare = [] {
+        const Board original = board;
+        EngineSide = WHITE;
+        const int score = Evaluation();
+        EXPECT_EQ(Evaluation(), score) << "the second time";
+        EXPECT_TRUE(board == original) << "evaluation changes nothing";
+        MirrorBoard();
+        EngineSide = BLACK;
+        EXPECT_EQ(Evaluation(), score) << GetFEN();
+        board = original;
+    };
+    VisitPositions(20'000 / WORK_DIVISOR, 3, compare);
+}
+
+// Scores are the side to move's, and men count.
+TEST_F(EvaluateTest, PrefersToHaveMoreMen) {
+    const struct {
+        const char *Better, *Worse;
+    } rows[] = {
+        {"r3k3/pppp4/8/8/8/8/PPPP4/R2QK3 w - -", "r3k3/pppp4/8/8/8/8/PPPP4/R3K3 w - -"},
+        {"r3k3/ppp5/8/8/8/8/PPPP4/R3K3 w - -", "r3k3/pppp4/8/8/8/8/PPPP4/R3K3 w - -"},
+        {"r2qk3/pppp4/8/8/8/8/PPPP4/R3K3 b - -", "r3k3/pppp4/8/8/8/8/PPPP4/R3K3 b - -"},
+        {"4k3/8/8/8/8/8/4R3/4K3 w - -", "4k3/8/8/8/8/8/4B3/4K3 w - -"},
+    };
+    for (const auto& [better, worse] : rows) {
+        LoadFEN(worse);
+        const int less = Evaluation();
+        LoadFEN(better);
+        EXPECT_GT(Evaluation(), less + 50) << better;
+    }
+}
+
+// Sums that only a board set up by hand can reach never look like a mate.
+TEST_F(EvaluateTest, StaysBelowMateScores) {
+    for (const char* fen : {"QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ w - -",
+                            "kqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqK w - -",
+                            "8/8/8/8/8/8/8/8 w - -"}) {
+        LoadFEN(fen);
+        EXPECT_LE(std::abs(Evaluation()), 30000) << fen;
+    }
+}
+
+}  // namespace

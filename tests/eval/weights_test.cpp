@@ -1,0 +1,97 @@
+#include "eval/weights.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/board.h"
+#include "core/makemove.h"
+#include "core/movetext.h"
+#include "eval/evaluate.h"
+#include "tests/support/datafile.h"
+#include "tests/support/tempdirectory.h"
+#include "tests/support/walker.h"
+
+namespace {
+
+class WeightsTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        InitWeights();
+        CoreTest::SetUp();
+        MakeMove(TextToMove("e2e4"), 1);
+    }
+    void TearDown() override {
+        InitWeights();
+        ResetBoard();
+    }
+
+    // The weights in force as their file.
+    std::string Written() const {
+        EXPECT_TRUE(WriteWeights(directory_.FilePath("written").c_str()));
+        return directory_.ReadFile("written");
+    }
+
+    bool Load(const std::string& text) const {
+        directory_.WriteFile("weights", text);
+        return LoadWeights(directory_.FilePath("weights").c_str());
+    }
+
+    TempDirectory directory_;
+};
+
+int Evaluation() {
+    int result = 0;
+    Evaluate(&result);
+    return result;
+}
+
+TEST_F(WeightsTest, AreReadBackAsWritten) {
+    const std::string defaults = Written();
+    const int score = Evaluation();
+    std::string changed;
+    int value = 1000;
+    for (const std::string& number : SplitWords(defaults)) {
+        EXPECT_FALSE(number.empty());
+        changed += std::to_string(value = -value + 7) + "\n";
+    }
+    ASSERT_TRUE(Load(changed));
+    EXPECT_EQ(Written(), changed) << "every row has a value of its own";
+    EXPECT_NE(Evaluation(), score) << "the sums on the board follow";
+    ASSERT_TRUE(Load(defaults));
+    EXPECT_EQ(Evaluation(), score);
+    UnmakeMove();
+    MakeMove(TextToMove("e2e4"), 1);
+    EXPECT_EQ(Evaluation(), score) << "the tables follow, too";
+}
+
+TEST_F(WeightsTest, ADamagedFileChangesNothing) {
+    const std::string defaults = Written();
+    const int score = Evaluation();
+    const std::string half = defaults.substr(0, defaults.size() / 2);
+    const std::string damaged[] = {
+        "",
+        "\n\n",
+        "7",
+        half,
+        "seven",
+        defaults + "1\n",
+        half + "x\n" + half,
+        defaults + "x",
+        "1." + defaults,
+        std::string(100'000, '9'),
+        std::string("\0\0", 2) + defaults,
+        "\xEF\xBB\xBF" + defaults,
+    };
+    for (const std::string& text : damaged) {
+        EXPECT_FALSE(Load(text)) << text.substr(0, 50);
+        EXPECT_EQ(Written(), defaults);
+        EXPECT_EQ(Evaluation(), score);
+    }
+    EXPECT_FALSE(LoadWeights(directory_.FilePath("absent").c_str()));
+    EXPECT_FALSE(LoadWeights(directory_.Path().c_str())) << "a directory";
+    EXPECT_FALSE(WriteWeights(directory_.FilePath("absent/weights").c_str()));
+    EXPECT_EQ(Written(), defaults);
+}
+
+}  // namespace

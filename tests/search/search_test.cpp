@@ -1,0 +1,172 @@
+#include "search/search.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "core/board.h"
+#include "core/fen.h"
+#include "core/legal.h"
+#include "core/makemove.h"
+#include "core/movelist.h"
+#include "core/movescore.h"
+#include "core/movetext.h"
+#include "platform/input.h"
+#include "search/draws.h"
+#include "search/modes.h"
+#include "search/ordering.h"
+#include "search/plyinfo.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+#include "search/transposition.h"
+#include "tests/support/pipeinput.h"
+#include "tests/support/positions.h"
+#include "tests/support/walker.h"
+
+namespace {
+
+// Searches of a silent engine whose input is open and empty.
+class SearchTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        HashEntries = 1 << 14;
+        ASSERT_TRUE(AllocateTransposition());
+        Forget();
+        NodeLimit = MateSearch = SearchMovesCount = DrawScore = UciMode = PostMode = 0;
+        EngineTime = NO_CLOCK;
+        SetNoTimeLimit();
+    }
+    void TearDown() override {
+        FreeTransposition();
+        HashEntries = 0;
+        NodeLimit = MateSearch = SearchMovesCount = 0;
+    }
+
+    static void Forget() {
+        ClearHash();
+        ClearOrdering();
+        ClearCheckReplies();
+        ClearRecaptureStatistics();
+        ResetRootMemory();
+    }
+
+    // Searches a position; returns the best move.
+    static std::string Search(const char* fen, int depth) {
+        LoadFEN(fen);
+        return SearchBoard(depth);
+    }
+
+    static std::string SearchBoard(int depth) {
+        ClearRequests();
+        StartSearchClock();
+        return IterativeDeepening(depth, 0) == 0 ? MoveToText(RootMove(0)) : "none";
+    }
+
+    PipeInput input_;
+};
+
+TEST_F(SearchTest, FindsMates) {
+    const struct {
+        const char *Fen, *Move;
+        int Moves;
+    } rows[] = {
+        {"6k1/5ppp/8/8/8/8/8/R6K w - -", "a1a8", 1},
+        {"r6k/8/8/8/8/8/5PPP/6K1 b - -", "a8a1", 1},
+        {"6rk/6pp/8/6N1/8/8/8/7K w - -", "g5f7", 1},
+        {"k7/2P5/1K6/8/8/8/8/8 w - -", "c7c8q", 1},
+        {"7k/8/5K2/6R1/8/8/8/8 w - -", "f6f7", 2},
+        {"4kb1r/p2n1ppp/4q3/4p1B1/4P3/1Q6/PPP2PPP/2KR4 w k -", "b3b8", 2},
+        {"6k1/3r3p/p1q3pP/1p1p4/3Q4/4R1P1/P4PK1/8 w - -", "d4h8", 2},
+    };
+    for (const auto& [fen, move, moves] : rows) {
+        Forget();
+        EXPECT_EQ(Search(fen, 6), move) << fen;
+        EXPECT_EQ(RootScore, MATE + 1 - 2 * moves) << fen;
+    }
+    Forget();
+    Search("7k/p7/6K1/8/8/8/8/1R6 b - -", 6);
+    EXPECT_EQ(RootScore, 2 - MATE) << "the mated side sees it, too";
+}
+
+TEST_F(SearchTest, SeesDraws) {
+    for (const char* fen : {"4k3/8/8/8/8/8/8/4K3 w - -", "8/8/8/8/8/1k6/1p6/1K6 w - -"}) {
+        Forget();
+        Search(fen, 8);
+        EXPECT_LE(std::abs(RootScore), 120) << fen;
+    }
+    // A queen down, White goes on checking for ever.
+    Forget();
+    Search("6k1/6p1/8/7Q/8/8/qr6/6K1 w - -", 8);
+    EXPECT_EQ(RootScore, 0);
+    EXPECT_EQ(Search(STALEMATE, 3), "none");
+    EXPECT_EQ(Search(MATED, 3), "none");
+}
+
+TEST_F(SearchTest, RepeatsItselfExactly) {
+    for (const char* fen : {START, EVERYTHING_AT_ONCE, OPEN_LINES, PROMOTION_RACE, MANY_QUEENS}) {
+        Forget();
+        const std::string move = Search(fen, 5);
+        const int64_t nodes = Nodes;
+        const int score = RootScore;
+        Search(START, 4);
+        Forget();
+        EXPECT_EQ(Search(fen, 5), move) << fen;
+        EXPECT_EQ(Nodes, nodes) << fen;
+        EXPECT_EQ(RootScore, score) << fen;
+    }
+}
+
+TEST_F(SearchTest, LeavesEverythingAsItWas) {
+    for (const char* fen : NASTY_POSITIONS) {
+        LoadFEN(fen);
+        const Board before = board;
+        const int length = HistoryLength;
+        const std::string move = SearchBoard(5);
+        EXPECT_TRUE(board == before) << fen;
+        EXPECT_EQ(HistoryLength, length) << fen;
+        EXPECT_EQ(Ply, 0) << fen;
+        EXPECT_EQ(MoveListTop, RootMoveCount) << fen;
+        EXPECT_TRUE(move == "none" || IsLegalMove(RootMove(0))) << fen;
+        // The same when it is cut short anywhere.
+        for (const int limit : {1, 37, 1001, 20'000}) {
+            NodeLimit = limit;
+            SetNoTimeLimit();
+            if (SearchBoard(50) == "none") break;
+            EXPECT_TRUE(board == before) << fen << " after " << limit;
+            EXPECT_EQ(HistoryLength, length);
+            EXPECT_TRUE(IsLegalMove(RootMove(0))) << fen;
+            EXPECT_LE(Nodes, limit + 100) << fen;
+        }
+        NodeLimit = 0;
+        SetNoTimeLimit();
+    }
+}
+
+TEST_F(SearchTest, KeepsToTheMovesAskedFor) {
+    LoadFEN(START);
+    SearchMoves[0] = TextToMove("a2a3");
+    SearchMoves[1] = TextToMove("h2h4");
+    SearchMovesCount = 2;
+    const std::string move = Search(START, 5);
+    EXPECT_TRUE(move == "a2a3" || move == "h2h4") << move;
+    EXPECT_EQ(RootMoveCount, 2);
+}
+
+TEST_F(SearchTest, InputStopsIt) {
+    input_.Write("stop\n");
+    Search(START, 90);
+    EXPECT_TRUE(StopRequested);
+    EXPECT_TRUE(IsLegalMove(RootMove(0)));
+    input_.Write("nonsense\n?\nlater\n");
+    Search(START, 90);
+    std::string line;
+    ASSERT_TRUE(HasKeptLine());
+    ReadLine(line);
+    EXPECT_EQ(line, "nonsense") << "kept for the interpreter";
+    ASSERT_TRUE(TakeWaitingLine(line));
+    EXPECT_EQ(line, "later") << "not touched once the search is to stop";
+}
+
+}  // namespace
