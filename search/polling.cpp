@@ -22,10 +22,6 @@ int PollCountdown = 0;
 
 namespace {
 
-void RequestStop() {
-    StopRequested = 1;
-}
-
 void AnswerStatistics() {
     const char* move = MoveToText(RootMove(CurrentRootMove));
     Print("stat01: %d %lld %d %d %d %s\n", ElapsedTime(), static_cast<long long>(Nodes), IterationDepth + 1,
@@ -44,7 +40,7 @@ void StopPondering() {
 // Lines that are answered at any time, even behind one that has been kept; false for any other line.
 bool HandleUrgentLine(const std::string& line) {
     if (line == "?" || line == "stop") {
-        RequestStop();
+        StopRequested = 1;
     } else if (line == "q" || line == "quit") {
         QuitProgram();
     } else if (line == "isready") {
@@ -76,7 +72,7 @@ bool HandlePassingLine(const std::string& line) {
         OpponentTime = ReadNumber(opponentTime);
     } else if (const char* time = FindArgument(line, "time")) {
         EngineTime = ReadClockTime(time);
-        if (!Pondering && !PonderSearch) RequestStop();
+        if (!Pondering && !PonderSearch) StopRequested = 1;
     } else {
         return false;
     }
@@ -91,7 +87,7 @@ bool HandleEndingLine(const std::string& line) {
     if (!endsGame && line != "exit" && line != "post" && line != "nopost" && line != "hard") return false;
     MoveUnwanted = MoveUnwanted || endsGame;
     KeepLine(line);
-    RequestStop();
+    StopRequested = 1;
     return true;
 }
 
@@ -165,11 +161,11 @@ void PollDuringSearch() {
     const auto mayWait = [] { return IsWaitingSearch() || Analyzing || QuietPreSearch; };
     std::string line;
     for (;;) {
-        if (HasKeptLine() && mayWait()) RequestStop();
+        if (HasKeptLine() && mayWait()) StopRequested = 1;
         if (StopRequested || !TakeWaitingLine(line)) break;
         HandleLine(line);
     }
-    if (!StopRequested && IsUnlimitedSearch() && HasInputEnded()) RequestStop();
+    if (!StopRequested && IsUnlimitedSearch() && HasInputEnded()) StopRequested = 1;
 }
 
 void WaitForInput() {

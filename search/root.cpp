@@ -182,12 +182,14 @@ void Deepen(int maxDepth) {
 
 int IterativeDeepening(int maxDepth, int /*useBook*/) {
     ResetSearch();
+    const int isOver = PrepareRoot();
+    if (!isOver) {
+        const bool isForced = RootMoveCount < 2 && !Analyzing;
+        if (!isForced) Deepen(maxDepth);
+        WaitForInput();
+    }
     ++GameSearches;
-    if (PrepareRoot()) return 1;
-    const bool isForced = RootMoveCount < 2 && !Analyzing;
-    if (!isForced) Deepen(maxDepth);
-    WaitForInput();
-    return 0;
+    return isOver;
 }
 
 void ExpectMove(Move move) {
