@@ -41,56 +41,40 @@ bool IsWithin(int value, int low, int high) {
     return value >= low && value <= high;
 }
 
-void SetHashEntries(const SettingLine& line, bool isValid, int entries) {
-    HashEntries = isValid ? entries : DEFAULT_HASH_ENTRIES;
-    if (!isValid) Warn(line, "Incorrect hash size setting in Kestrovan.ini; set to default");
+// A table size that is named by a number within a range.
+struct SizeSetting {
+    int* Setting;
+    int Low, High;
+    int (*Convert)(int value);  // called for values within the range only
+    int Fallback;               // for values outside
+    const char* Name;
+};
+
+int PowerOfTwo(int exponent) {
+    return 1 << exponent;
+}
+int MegabytesToBytes(int megabytes) {
+    return megabytes * MEGABYTE;
 }
 
-void SetPawnEntries(const SettingLine& line, bool isValid, int entries) {
-    PawnHashEntries = isValid ? entries : FALLBACK_PAWN_ENTRIES;
-    if (!isValid) Warn(line, "Incorrect pawn hash size setting in Kestrovan.ini; set to default");
-}
+constexpr SizeSetting HASH_MB{&HashEntries, 0, 1024, TranspositionEntries, DEFAULT_HASH_ENTRIES, "hash"};
+constexpr SizeSetting HASH_POWER{&HashEntries, 0, 25, PowerOfTwo, DEFAULT_HASH_ENTRIES, "hash"};
+constexpr SizeSetting PAWN_MB{&PawnHashEntries, 0, 1024, PawnEntries, FALLBACK_PAWN_ENTRIES, "pawn hash"};
+constexpr SizeSetting PAWN_POWER{&PawnHashEntries, 12, 23, PowerOfTwo, FALLBACK_PAWN_ENTRIES, "pawn hash"};
+constexpr SizeSetting CACHE_MB{&EGTBHashSize, 1, 128, MegabytesToBytes, DEFAULT_CACHE_BYTES, "EGTB cache"};
+constexpr SizeSetting CACHE_POWER{&EGTBHashSize, 20, 27, PowerOfTwo, DEFAULT_CACHE_BYTES, "EGTB cache"};
 
-void SetCacheBytes(const SettingLine& line, bool isValid, int bytes) {
-    EGTBHashSize = isValid ? bytes : DEFAULT_CACHE_BYTES;
-    if (!isValid) Warn(line, "Incorrect EGTB cache size setting in Kestrovan.ini; set to default");
-}
-
-// The sizes are computed after the range test, so that no shift or product leaves the range of int.
-void ApplyHashMb(const SettingLine& line) {
+template <const SizeSetting& size>
+void ApplySize(const SettingLine& line) {
     const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 0, 1024);
-    SetHashEntries(line, isValid, isValid ? TranspositionEntries(value) : 0);
-}
-
-void ApplyHashPower(const SettingLine& line) {
-    const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 0, 25);
-    SetHashEntries(line, isValid, isValid ? 1 << value : 0);
-}
-
-void ApplyPawnMb(const SettingLine& line) {
-    const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 0, 1024);
-    SetPawnEntries(line, isValid, isValid ? PawnEntries(value) : 0);
-}
-
-void ApplyPawnPower(const SettingLine& line) {
-    const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 12, 23);
-    SetPawnEntries(line, isValid, isValid ? 1 << value : 0);
-}
-
-void ApplyCacheMb(const SettingLine& line) {
-    const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 1, 128);
-    SetCacheBytes(line, isValid, isValid ? value * MEGABYTE : 0);
-}
-
-void ApplyCachePower(const SettingLine& line) {
-    const int value = ReadNumber(line.Value);
-    const bool isValid = IsWithin(value, 20, 27);
-    SetCacheBytes(line, isValid, isValid ? 1 << value : 0);
+    if (IsWithin(value, size.Low, size.High)) {
+        *size.Setting = size.Convert(value);
+        return;
+    }
+    *size.Setting = size.Fallback;
+    char text[80];
+    std::snprintf(text, sizeof text, "Incorrect %s size setting in Kestrovan.ini; set to default", size.Name);
+    Warn(line, text);
 }
 
 // A number held between 0 and a limit, with a warning that names the bound.
@@ -168,16 +152,16 @@ struct SettingRow {
 };
 
 const SettingRow SettingTable[] = {
-    {"TranspositionSizeMb", ApplyHashMb},
-    {"TranspositionSize", ApplyHashPower},
+    {"TranspositionSizeMb", ApplySize<HASH_MB>},
+    {"TranspositionSize", ApplySize<HASH_POWER>},
     {"ResignValue", ApplyNumber<ResignValue>},
     {"ResignTimes", ApplyNumber<ResignTimes>},
-    {"PawnHashSizeMb", ApplyPawnMb},
-    {"PawnHashSize", ApplyPawnPower},
-    {"EGTBHashSizeMb", ApplyCacheMb},
-    {"EGTBCacheSizeMb", ApplyCacheMb},
-    {"EGTBHashSize", ApplyCachePower},
-    {"EGTBCacheSize", ApplyCachePower},
+    {"PawnHashSizeMb", ApplySize<PAWN_MB>},
+    {"PawnHashSize", ApplySize<PAWN_POWER>},
+    {"EGTBHashSizeMb", ApplySize<CACHE_MB>},
+    {"EGTBCacheSizeMb", ApplySize<CACHE_MB>},
+    {"EGTBHashSize", ApplySize<CACHE_POWER>},
+    {"EGTBCacheSize", ApplySize<CACHE_POWER>},
     {"Aggressivity", ApplyAggressivity},
     {"Tropism", ApplyTropism},
     {"Cowardice", ApplyCowardice},
