@@ -35,13 +35,9 @@ bool SearchPosition() {
 void PrintFinalLine() {
     if (UciMode) {
         PrintUciInfo(1, BOUND_NONE, 1);
-        return;
+    } else {
+        PrintThinkingLine();
     }
-    Print("%d %d %d %lld", IterationDepth + 1, ShownScore(RootScore), ElapsedTime(),
-          static_cast<long long>(Nodes));
-    PrintPv();
-    Print("\n");
-    FlushOutput();
 }
 
 // Whether input has taken away the engine's right to move. Not in UCI, whose every search is answered.

@@ -36,6 +36,14 @@ std::string ScoreText(int score) {
     return "cp " + std::to_string(score) + " ";
 }
 
+// Scores of mates as the xboard line shows them: a mate in one ply is 32766.
+int ShownScore(int score) {
+    constexpr int MATE_SHIFT = 67;
+    if (score > MATE_BOUND) return score + MATE_SHIFT;
+    if (score < -MATE_BOUND) return score - MATE_SHIFT;
+    return score;
+}
+
 // In a mate search only the mate that is sought is shown.
 int UciScore() {
     const bool isOther = MateSearch > 0 && MateSearch != (MATE + 1 - RootScore) / 2;
@@ -52,21 +60,17 @@ Move VerifiedHashMove() {
 
 }  // namespace
 
-int ShownScore(int score) {
-    constexpr int MATE_SHIFT = 67;  // a mate in one ply shows as 32766
-    if (score > MATE_BOUND) return score + MATE_SHIFT;
-    if (score < -MATE_BOUND) return score - MATE_SHIFT;
-    return score;
-}
-
-void PrintThinking(int force) {
-    if (!PostMode || QuietPreSearch) return;
-    if (!force && Nodes != 0 && Nodes <= 100000) return;
+void PrintThinkingLine() {
     Print("%d %d %d %lld", IterationDepth + 1, ShownScore(RootScore), ElapsedTime(),
           static_cast<long long>(Nodes));
     PrintPv();
     Print("\n");
     FlushOutput();
+}
+
+void PrintThinking(int force) {
+    if (!PostMode || QuietPreSearch) return;
+    if (force || Nodes == 0 || Nodes > 100000) PrintThinkingLine();
 }
 
 void PrintUciInfo(int force, int boundType, int withPv) {

@@ -6,6 +6,9 @@
 // The xboard line, in PostMode and outside silent searches. Unless forced, not within the first 100000 nodes.
 void PrintThinking(int force);
 
+// The same at any time: the last line of a search.
+void PrintThinkingLine();
+
 // The UCI line: with the principal variation, or else with the root move under way. `boundType` 1 marks an
 // upper bound, 2 a lower one. Unless forced, not within 30000 nodes of the last one.
 void PrintUciInfo(int force, int boundType, int withPv);
@@ -23,9 +26,6 @@ void CountDownNodeRate();
 // from the transposition table and are verified. Remembers the reply as PonderMove, and the move after it
 // with its position as what the next search expects.
 void PrintPv();
-
-// Scores of mates as the xboard line shows them: 67 farther from zero.
-int ShownScore(int score);
 
 // Starts counting reports anew, before a search.
 void ResetReports();
