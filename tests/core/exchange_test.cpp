@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
-#include "core/attackquery.h"
 #include "core/board.h"
 #include "core/fen.h"
-#include "core/legal.h"
 #include "core/movetext.h"
 #include "tests/support/datafile.h"
-#include "tests/support/positions.h"
 #include "tests/support/slowposition.h"
 #include "tests/support/walker.h"
 
@@ -30,7 +28,7 @@ int ValueOf(unsigned piece) {
 int BestGain(const SlowPosition& position, int side, int square, int standing) {
     for (const unsigned piece : CHEAPEST_FIRST) {
         for (int from = 0; from < 64; ++from) {
-            if (!position.HasMan(from, side, piece)) continue;
+            if (position.Men[from] != SlowPosition::Man{piece, side}) continue;
             if (!(position.AttacksFrom(from, side, piece) >> square & 1)) continue;
             SlowPosition after = position;
             after.Men[square] = after.Men[from];
@@ -58,10 +56,6 @@ bool IsUnderPromotion(Move move) {
     return MovePromotion(move) != EMPTY && MovePromotion(move) != QUEEN;
 }
 
-bool IsCastling(Move move) {
-    return MovePiece(move) == KING && std::abs(MoveTo(move) - MoveFrom(move)) == 2;
-}
-
 // Where both kings stand beside the square, ours may take back although theirs still defends: its value
 // stands in for a rule.
 bool KingsMeetAt(int square) {
@@ -73,7 +67,7 @@ bool KingsMeetAt(int square) {
 TEST_F(ExchangeTest, AgreesWithPlayingItOut) {
     int safe = 0, unsafe = 0, differences = 0;
     VisitPositions(20000 / WORK_DIVISOR, 3, [&] {
-        for (const Move move : LegalOnes(MovesOf(GenerateMoves))) {
+        for (const Move move : LegalMoves()) {
             // The search never asks about these two: nothing is captured on the arrival square of the one,
             // two men move in the other.
             if (IsEnPassant(move) || IsCastling(move)) continue;
@@ -98,41 +92,17 @@ TEST_F(ExchangeTest, AgreesWithPlayingItOut) {
 }
 
 TEST_F(ExchangeTest, AgreesWithWorkedExamples) {
+    int examples = 0;
     for (const DataRow& row : ReadDataRows("exchanges.txt")) {
         LoadFEN(row.Fen.c_str());
-        const std::vector<std::string> safe = row.Values("safe"), unsafe = row.Values("unsafe");
-        ASSERT_FALSE(safe.empty() && unsafe.empty()) << row.Fen;
-        for (const std::string& text : safe) {
-            EXPECT_TRUE(IsSafeMove(TextToMove(text.c_str()))) << row.Fen << ' ' << text;
-        }
-        for (const std::string& text : unsafe) {
-            EXPECT_FALSE(IsSafeMove(TextToMove(text.c_str()))) << row.Fen << ' ' << text;
+        for (const std::string key : {"safe", "unsafe"}) {
+            for (const std::string& text : row.Values(key)) {
+                EXPECT_EQ(IsSafeMove(TextToMove(text.c_str())), key == "safe") << row.Fen << ' ' << text;
+                ++examples;
+            }
         }
     }
-}
-
-TEST_F(ExchangeTest, CountsSupportersBehindAndBeside) {
-    const auto isSafe = [](const char* fen, const char* text) {
-        LoadFEN(fen);
-        return IsSafeMove(TextToMove(text));
-    };
-    // Rook takes knight, a bishop defends: only a second attacker makes it good.
-    EXPECT_FALSE(isSafe("4k3/8/3n4/8/5b2/8/3R4/7K w - -", "d2d6"));
-    EXPECT_TRUE(isSafe("4k3/8/3n4/8/4Nb2/8/3R4/7K w - -", "d2d6"));
-    EXPECT_TRUE(isSafe("4k3/8/3n4/8/5b2/8/3R4/3R3K w - -", "d2d6"));
-    // The rook in front of its queen brings the queen along, the one behind a knight does not.
-    EXPECT_TRUE(isSafe("4k3/3r4/8/3p4/8/3R4/8/3QK3 w - -", "d3d5"));
-    EXPECT_FALSE(isSafe("3rk3/3r4/8/3p4/8/3R4/8/3QK3 w - -", "d3d5"));
-    // A king defends, unless the square is covered twice.
-    EXPECT_FALSE(isSafe("4k3/3p4/8/8/8/8/3Q4/4K3 w - -", "d2d7"));
-    EXPECT_TRUE(isSafe("4k3/3p4/8/1B6/8/8/3Q4/4K3 w - -", "d2d7"));
-    // Their king can't take what ours defends, and the bishop behind it has to wait.
-    EXPECT_TRUE(isSafe("8/5b2/4k3/3p4/3K4/2N5/8/8 w - -", "c3d5"));
-    EXPECT_FALSE(isSafe("8/5b2/4k3/3p4/1K6/2N5/8/8 w - -", "c3d5"));
-    // A new queen that can be taken is lost for its pawn.
-    EXPECT_FALSE(isSafe("2r5/P7/8/8/8/8/8/k1K5 w - -", "a7a8q"));
-    EXPECT_TRUE(isSafe("8/P7/8/8/8/8/8/k1K5 w - -", "a7a8q"));
-    EXPECT_FALSE(isSafe("8/P7/8/8/8/8/8/k1K5 w - -", "a7a8n"));
+    EXPECT_GT(examples, 400);
 }
 
 }  // namespace

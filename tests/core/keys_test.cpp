@@ -6,10 +6,9 @@
 #include <set>
 
 #include "core/board.h"
-#include "core/fen.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
-#include "tests/support/positions.h"
+#include "tests/support/datafile.h"
 #include "tests/support/walker.h"
 
 namespace {
@@ -53,31 +52,27 @@ TEST_F(KeysTest, ComeFromTheGeneratorInTheFixedOrder) {
     EXPECT_EQ(PieceKeys[WHITE][PAWN][0], first);
 }
 
-// What the position key has on top of the men after the moves.
-uint64_t ExtrasAfter(std::initializer_list<const char*> moves) {
-    ResetBoard();
-    for (const char* move : moves) MakeMove(TextToMove(move), 1);
-    return PositionKey() ^ board.HashKey;
-}
-
 TEST_F(KeysTest, PositionKeyKnowsRightsAndEnPassant) {
-    EXPECT_EQ(ExtrasAfter({}), CastleKeys[15]);
-    EXPECT_EQ(ExtrasAfter({"e2e4"}), CastleKeys[15]) << "no pawn beside";
-    EXPECT_EQ(ExtrasAfter({"e2e4", "a7a6", "e4e5", "d7d5"}), CastleKeys[15] ^ EnPassantKeys[3]);
-    EXPECT_EQ(ExtrasAfter({"e2e4", "a7a6", "e4e5", "f7f5"}), CastleKeys[15] ^ EnPassantKeys[5]);
-    EXPECT_EQ(ExtrasAfter({"e2e4", "a7a6", "e4e5", "d7d6"}), CastleKeys[15]);
-    // A pawn on the far edge of the next rank is no neighbour.
-    EXPECT_EQ(ExtrasAfter({"h2h4", "a7a5"}), CastleKeys[15]);
-    EXPECT_EQ(ExtrasAfter({"g1f3", "a7a5", "h2h4"}), CastleKeys[15]);
-    EXPECT_EQ(ExtrasAfter({"e2e4", "e7e5", "e1e2"}), CastleKeys[12]);
-    // Two pawns beside are one en-passant file.
-    LoadFEN(EN_PASSANT_BOTH_SIDES);
-    EXPECT_EQ(PositionKey(), board.HashKey ^ CastleKeys[0] ^ EnPassantKeys[3]);
-    // The way there does not matter.
-    ResetBoard();
-    const uint64_t key = PositionKey();
-    ExtrasAfter({"g1f3", "g8f6", "f3g1", "f6g8"});
-    EXPECT_EQ(PositionKey(), key);
+    const struct {
+        const char* Moves;
+        uint64_t Extras;  // on top of the men
+    } rows[] = {
+        {"", CastleKeys[15]},
+        {"e2e4", CastleKeys[15]},
+        {"e2e4 a7a6 e4e5 d7d5", CastleKeys[15] ^ EnPassantKeys[3]},
+        {"e2e4 a7a6 e4e5 f7f5", CastleKeys[15] ^ EnPassantKeys[5]},
+        {"e2e4 a7a6 e4e5 d7d6", CastleKeys[15]},
+        {"e2e4 d7d5 e4e5 f7f5 c2c3 e8f7", CastleKeys[3]},
+        {"c2c4 a7a6 c4c5 a6a5 e2e4 a5a4 e4e5 d7d5", CastleKeys[15] ^ EnPassantKeys[3]},  // two pawns beside
+        {"g1f3 a7a5 h2h4", CastleKeys[15]},  // none on the far edge of the next rank
+        {"h2h4 a7a5", CastleKeys[15]},
+        {"g1f3 g8f6 f3g1 f6g8", CastleKeys[15]},
+    };
+    for (const auto& row : rows) {
+        ResetBoard();
+        for (const std::string& move : SplitWords(row.Moves)) MakeMove(TextToMove(move.c_str()), 1);
+        EXPECT_EQ(PositionKey() ^ board.HashKey, row.Extras) << row.Moves;
+    }
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "core/boardtext.h"
 #include "core/fen.h"
 #include "core/keys.h"
-#include "core/legal.h"
 #include "core/movetext.h"
 #include "tests/support/datafile.h"
 #include "tests/support/walker.h"
@@ -17,12 +16,6 @@
 namespace {
 
 using WorkedPositionsTest = CoreTest;
-
-std::string Join(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-    return text;
-}
 
 std::string Unescape(std::string text) {
     std::replace(text.begin(), text.end(), '_', ' ');
@@ -63,9 +56,9 @@ std::string ValueOf(const std::string& key) {
     if (key == "text") return GetFEN();
     if (key == "legal") {
         std::vector<std::string> moves;
-        for (const Move move : LegalOnes(MovesOf(GenerateMoves))) moves.push_back(MoveToPieceText(move));
+        for (const Move move : LegalMoves()) moves.push_back(MoveToPieceText(move));
         std::sort(moves.begin(), moves.end());
-        return Join(moves);
+        return JoinWords(moves);
     }
     ADD_FAILURE() << "unknown entry " << key;
     return "";
@@ -76,7 +69,7 @@ TEST_F(WorkedPositionsTest, HaveTheirValues) {
         LoadFEN(row.Fen.c_str());
         EXPECT_GE(row.Entries.size(), 13u) << row.Fen;
         for (const std::vector<std::string>& entry : row.Entries) {
-            const std::string expected = Unescape(Join({entry.begin() + 1, entry.end()}));
+            const std::string expected = Unescape(JoinWords({entry.begin() + 1, entry.end()}));
             EXPECT_EQ(ValueOf(entry.front()), expected) << row.Fen << ' ' << entry.front();
         }
     }

@@ -65,38 +65,14 @@ TEST(KeywordsTest, TheOrderOfTheChainDecides) {
     }
 }
 
-TEST(KeywordsTest, MatchInBothDirections) {
-    const struct {
-        const char *Keyword, *Text;
-        bool Matches;
-    } rows[] = {
-        {"quit", "q", true},   {"q", "quit", true},    {"q", "QUIT", true},  {"Hash", "hash", true},
-        {"on", "of", false},   {"on", "o", true},      {"on", "", false},    {"", "on", false},
-        {"on", "  on", true},  {"  on", "on", true},   {"on", "   ", false}, {"on", "\xCF\xCE", false},
-        {"a b", "a bc", true}, {"a b", "a  b", false}, {"{", "[", false},    {"@", "`", false},
-    };
-    for (const auto& [keyword, text, matches] : rows) {
-        EXPECT_EQ(MatchKeyword(keyword, text), matches) << keyword << " and " << text;
-    }
-}
-
-TEST(TokenizeTest, CutsAtSeparators) {
+TEST(TokenizeTest, CutsAtSeparatorsAndBearsLongLines) {
     EXPECT_EQ(Tokenize("level 40 5:30 2", " :"), 5);
     EXPECT_STREQ(Tokens[3], "30");
     EXPECT_EQ(TokenOffset[3], 11);
     EXPECT_EQ(Tokenize("", " "), 1);
-    EXPECT_STREQ(Tokens[0], "");
     EXPECT_STREQ(Tokens[1], "") << "tokens of the line before are gone";
-    EXPECT_EQ(Tokenize("  sd   ", " "), 2) << "one empty token at the end";
-    EXPECT_STREQ(Tokens[1], "");
-    EXPECT_EQ(Tokenize("   ", " "), 1);
-}
-
-TEST(TokenizeTest, BearsLongLines) {
-    const std::string longToken(5000, 'y');
-    EXPECT_EQ(Tokenize((longToken + " z").c_str(), " "), 2);
+    EXPECT_EQ(Tokenize((std::string(5000, 'y') + " z").c_str(), " "), 2);
     EXPECT_EQ(std::strlen(Tokens[0]), static_cast<size_t>(TOKEN_LENGTH - 1));
-    EXPECT_STREQ(Tokens[1], "z");
     EXPECT_EQ(TokenOffset[1], 5001);
     std::string many;
     for (int i = 0; i < 5000; ++i) many += std::to_string(i) + " ";

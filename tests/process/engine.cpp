@@ -6,36 +6,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <stdexcept>
 #include <thread>
 
-namespace {
-
-[[noreturn]] void Fail(const std::string& what) {
-    throw std::runtime_error(what);
-}
-
-}  // namespace
-
-Engine::Engine(const std::string& path) {
-    Start(path);
-}
-
 Engine::Engine(const std::string& path, const std::string& settings) {
-    directory_.WriteFile("Kestrovan.ini", settings);
-    Start(path);
-}
-
-void Engine::Start(const std::string& path) {
+    if (!settings.empty()) directory_.WriteFile("Kestrovan.ini", settings);
     signal(SIGPIPE, SIG_IGN);
     int toEngine[2], fromEngine[2];
     // Closed on exec, so that no other engine holds this one's input open.
-    if (pipe2(toEngine, O_CLOEXEC) != 0 || pipe2(fromEngine, O_CLOEXEC) != 0) Fail("no pipe");
-    process_ = fork();
-    if (process_ < 0) Fail("no process");
+    if (pipe2(toEngine, O_CLOEXEC) != 0 || pipe2(fromEngine, O_CLOEXEC) != 0 || (process_ = fork()) < 0) {
+        throw std::runtime_error("no pipe or no process");
+    }
     if (process_ == 0) {
         signal(SIGPIPE, SIG_DFL);
         dup2(toEngine[0], STDIN_FILENO);
@@ -62,7 +44,7 @@ Engine::~Engine() {
 void Engine::SendBytes(const std::string& bytes) {
     for (size_t sent = 0; sent < bytes.size();) {
         pollfd ends[2] = {{input_, POLLOUT, 0}, {output_, POLLIN, 0}};
-        if (poll(ends, 2, SILENCE_LIMIT_MS) <= 0) Fail("the engine takes no input");
+        if (poll(ends, 2, SILENCE_LIMIT_MS) <= 0) throw std::runtime_error("the engine takes no input");
         if (ends[0].revents & POLLERR) return;
         if (ends[0].revents & POLLOUT) {
             const ssize_t count = write(input_, bytes.data() + sent, bytes.size() - sent);
@@ -80,7 +62,7 @@ void Engine::CloseInput() {
 
 bool Engine::Fill(int limitMs) {
     pollfd end{output_, POLLIN, 0};
-    if (poll(&end, 1, limitMs) <= 0) Fail("the engine is silent; so far: " + unread_);
+    if (poll(&end, 1, limitMs) <= 0) throw std::runtime_error("the engine is silent; so far: " + unread_);
     char buffer[65536];
     const ssize_t count = read(output_, buffer, sizeof buffer);
     if (count > 0) unread_.append(buffer, static_cast<size_t>(count));
@@ -90,7 +72,7 @@ bool Engine::Fill(int limitMs) {
 std::string Engine::ReadLine() {
     size_t end = 0;
     while ((end = unread_.find('\n')) == std::string::npos) {
-        if (!Fill(SILENCE_LIMIT_MS)) Fail("the output has ended behind: " + unread_);
+        if (!Fill(SILENCE_LIMIT_MS)) throw std::runtime_error("the output has ended behind: " + unread_);
     }
     const std::string line = unread_.substr(0, end);
     unread_.erase(0, end + 1);
@@ -116,11 +98,8 @@ std::string Engine::ReadToEnd(int limitMs) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(limitMs);
     CloseInput();
-    const auto left = [&] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-    };
-    while (Fill(static_cast<int>(std::max<int64_t>(left(), 0)))) {
-        if (left() <= 0) Fail("the output does not end; so far: " + unread_);
+    while (Fill(limitMs)) {
+        if (Clock::now() > end) throw std::runtime_error("the output does not end; so far: " + unread_);
     }
     return std::move(unread_);
 }
@@ -135,5 +114,5 @@ int Engine::WaitForExit(int limitMs) {
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(STEP_MS));
     }
-    Fail("the engine does not end");
+    throw std::runtime_error("the engine does not end");
 }

@@ -15,9 +15,8 @@ constexpr int SILENCE_LIMIT_MS = 90'000;
 // goes wrong throws std::runtime_error, which fails a test. A process that still runs is killed at the end.
 class Engine {
   public:
-    // Starts the program; with `settings` as its settings file.
-    explicit Engine(const std::string& path);
-    Engine(const std::string& path, const std::string& settings);
+    // Starts the program; with `settings`, unless empty, as its settings file.
+    explicit Engine(const std::string& path, const std::string& settings = "");
     ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
@@ -26,7 +25,6 @@ class Engine {
     // has ended can't take are dropped.
     void Send(const std::string& line) { SendBytes(line + "\n"); }
     void SendBytes(const std::string& bytes);
-    void CloseInput();
 
     // The next line of output, without its end.
     std::string ReadLine();
@@ -37,7 +35,7 @@ class Engine {
     // Sends a line that is answered before the next one is read, and returns the lines of the answer.
     std::vector<std::string> Ask(const std::string& line);
 
-    // Closes the input and returns what is left of the output, which must end within the limit.
+    // Closes the input and returns what is left of the output, which must not go on beyond the limit.
     std::string ReadToEnd(int limitMs = SILENCE_LIMIT_MS);
 
     // Waits for the end: the exit status, or minus the signal.
@@ -46,7 +44,7 @@ class Engine {
     const TempDirectory& Directory() const { return directory_; }
 
   private:
-    void Start(const std::string& path);
+    void CloseInput();
     bool Fill(int limitMs);  // waits for output; false at its end
 
     TempDirectory directory_;

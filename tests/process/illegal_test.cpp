@@ -7,32 +7,22 @@
 namespace {
 
 // Boards that no game can have, as console lines that set them up.
-const char* const SET_UPS[] = {
-    "loadfen 8/8/8/8/8/8/8/8 w - -",                                 // nothing at all
+const std::string SET_UPS[] = {
+    "loadfen 8/8/8/8/8/8/8/8 w - -",
     "loadfen rnbq1bnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq -",  // one king
-    "loadfen rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQ1BNR w KQkq -",
-    "loadfen k6k/8/8/8/8/8/8/4K3 w - -",  // three kings
     "loadfen kkkkkkkk/kkkkkkkk/8/8/8/8/KKKKKKKK/KKKKKKKK b - -",
     "loadfen 4k3/8/8/8/8/8/8/K3R3 w - -",  // the turn passed
-    "loadfen 8/8/8/8/8/8/8/Kk6 w - -",
-    "loadfen 4k3/8/8/8/8/8/8/P3K3 w - -",  // pawns out of place
     "loadfen p3k2P/8/8/8/8/8/8/4K3 b - -",
     "loadfen QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ w - -",
     "loadfen qqqqkqqq/8/QQQQQQQQ/qqqqqqqq/QQQQQQQQ/qqqqqqqq/QQQQQQQQ/QQQ1KQQQ b - -",  // too many men
-    "loadfen 4k3/pppppppp/p7/8/8/8/8/4K3 w - -",
     "loadfen nonsense",
-    "loadfen ////////// w",
-    "edit\n#.",
-    "edit\nxe1.",  // men taken off a full board
-    "edit\nxe1xe8.",
-    "edit\nxa1xh1xd8.",
-    "edit\nxe2 xe7 ke2 c ke7.",
-    "edit\nke4.",  // a second king beside the first
-    "edit\nxd1 c qd1 c xd8 qd8 .",
+    "edit\nxe1.",   // men taken off a full board
+    "edit\nke4.",   // a second king beside the first
+    "edit\n#ke4.",  // a king alone
 };
 
 TEST(IllegalPositionTest, IsNamedAtTheConsole) {
-    for (const std::string setUp : SET_UPS) {
+    for (const std::string& setUp : SET_UPS) {
         Session engine;
         engine.Ask("force\n" + setUp);
         EXPECT_GE(engine.Ask("brd\nmvd\nmoves\nevl\nperft 1\nperft 2\nbkm").size(), 8u + 1 + 2 + 13) << setUp;
@@ -52,7 +42,7 @@ TEST(IllegalPositionTest, IsNamedAtTheConsole) {
 }
 
 TEST(IllegalPositionTest, IsNamedInUci) {
-    for (const std::string setUp : SET_UPS) {
+    for (const std::string& setUp : SET_UPS) {
         UciSession engine;
         const bool isFen = setUp.starts_with("loadfen ");
         engine.Ask(isFen ? "position fen " + setUp.substr(8) + " moves e4e6 nonsense" : setUp);

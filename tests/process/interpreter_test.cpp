@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "tests/process/session.h"
@@ -75,36 +74,19 @@ constexpr char START_BOARD[] =
     " P P P P P P P P\n"
     " R N B Q K B N R\n";
 
-constexpr char START_EVALUATION[] =
-    "PassedVector[BLACK] = 00000000 PassedVector[WHITE] = 00000000\n"
-    "current_phase = 0, black_phase = 0, white_phase = 0\n";
-
-constexpr char START_EVALUATION_TERMS[] =
-    "Material[WHITE] = 3900 board->Material[BLACK] = 3900 EvaluateMaterial() = 0\n"
-    "ENDING(WHITE) = 0 ENDING(BLACK) = 0\n"
-    "black_defects_k = ";
-
 TEST(InterpreterTest, AnswersWordForWord) {
     const struct {
         std::string Input, Output;
     } rows[] = {
         {"help\nbrd\n", HELP_TEXT},  // the line that turns the page does nothing else
-        {"help", HELP_TEXT},
         {"setoption name Defensivity value 7\nuci\n", UCI_TEXT},
-        {"setoption name Defensivity value 7\nucinewgame\n", UCI_TEXT},
         {"brd", START_BOARD},
-        {"isready", "readyok\n"},
         {"mvd\nforce\ne2e4\ne7e5\ne1e2\nmvd\n", "castling flags = 15\ncastling flags = 12\n"},
-        {"e2e5 \n", "Illegal move: e2e5 \n"},
         {"e2e5\r\n", "Illegal move: e2e5\n"},
         {"force\ne7e8Queen, please\n", "Illegal move: e7e8Queen, please\n"},
         {"egtbstat\n", "UseEGTB = TRUE\ntb_path = c:\\tablebases\\\nEGTB files not found\n"},
         {"bkm\n", "Current nhash1 = 1719662434, nhash2 = 1336043135\nNo book loaded...\n"},
-        {"moves\nloadfen 7k/8/6K1/8/8/8/8/R7 b - -\nmoves\n",
-         "-------------- Legal moves: ----------------\n\n"
-         "Nb1a3 (512); Nb1c3 (511); Ng1f3 (510); Ng1h3 (509); Pa2a3 (508); Pa2a4 (507); Pb2b3 (506); "
-         "Pb2b4 (505); Pc2c3 (504); Pc2c4 (503); Pd2d3 (502); Pd2d4 (501); Pe2e3 (500); Pe2e4 (499); "
-         "Pf2f3 (498); Pf2f4 (497); Pg2g3 (496); Pg2g4 (495); Ph2h3 (494); Ph2h4 (493); \n"
+        {"loadfen 7k/8/6K1/8/8/8/8/R7 b - -\nmoves\n",
          "-------------- Legal moves: ----------------\n\nKh8g8 (512); \n"},
         {"pgneval\n", "Error opening file c:\\work\\source.pgn...\n"},
         // No command, no argument, no move: silence.
@@ -114,47 +96,22 @@ TEST(InterpreterTest, AnswersWordForWord) {
          ""},
         {"accepted ping\nprotover 2\ncomputer\nname Somebody\nrandom\nresult 1-0 {mate}\n", ""},
         {std::string(1'000'000, 'x') + "\nisready\n", "readyok\n"},
-        {"isready" + std::string(1'000'000, ' ') + "x\n", "readyok\n"},
         {"isready\0brd\n\0\0\nisready"s, "readyok\nreadyok\n"},
     };
     for (const auto& [input, output] : rows) EXPECT_EQ(Transcript(input), output) << input.substr(0, 100);
 }
 
-TEST(InterpreterTest, CountsPerft) {
+TEST(InterpreterTest, CountsPerftAndReportsTheEvaluation) {
     Session engine;
-    EXPECT_TRUE(engine.Ask("perft 0").at(0).starts_with("total moves = 0 time = "));
     EXPECT_TRUE(engine.Ask("perft -2").at(0).starts_with("total moves = 0 time = "));
-    EXPECT_TRUE(engine.Ask("perft 1").at(0).starts_with("total moves = 20 time = 0."));
-    EXPECT_TRUE(engine.Ask("perft 2").at(0).starts_with("total moves = 400 time = "));
-    EXPECT_TRUE(engine.Ask("perft 3").at(0).starts_with("total moves = 8902 time = "));
+    EXPECT_TRUE(engine.Ask("perft 3").at(0).starts_with("total moves = 8902 time = 0."));
     EXPECT_EQ(engine.Ask("perft 100000").size(), 1u) << "refused, not counted";
-}
-
-TEST(InterpreterTest, ReportsTheEvaluation) {
-    Session engine;
+    // The scores differ with the weights, the rest of the initial position's report doesn't.
     const std::string report = Join(engine.Ask("evl"));
-    const std::string score = report.substr(0, report.find('\n') + 1);
-    EXPECT_TRUE(report.starts_with(score + START_EVALUATION + "optimism[BLACK] = ")) << report;
-    EXPECT_NE(report.find(", optimism[WHITE] = 0\n"s + START_EVALUATION_TERMS), std::string::npos) << report;
-    const char* const words[] = {"Heuristic = ",
-                                 " black_defects_q = ",
-                                 " white_defects_k = ",
-                                 " white_defects_q = ",
-                                 "\neval_info->shelter_penalty[BLACK] = ",
-                                 " eval_info->shelter_penalty[WHITE] = ",
-                                 "\neval_info->danger[BLACK] = ",
-                                 " eval_info->danger[WHITE] = ",
-                                 "\nAttacks[ChangeSide(board->SideToMove)] = ",
-                                 "\nAttacks[board->SideToMove] = ",
-                                 "\nShelter[BLACK] = ",
-                                 " Shelter[WHITE] = ",
-                                 "\nDng = "};
-    size_t place = 0;
-    for (const char* word : words) {
-        place = report.find(word, place);
-        ASSERT_NE(place, std::string::npos) << word;
-    }
-    EXPECT_EQ(report.find('\n', place + 1), report.size() - 1);
+    EXPECT_TRUE(report.starts_with("Heuristic = ")) << report;
+    EXPECT_NE(report.find("\ncurrent_phase = 0, black_phase = 0, white_phase = 0\n"), std::string::npos);
+    EXPECT_NE(report.find("\nENDING(WHITE) = 0 ENDING(BLACK) = 0\n"), std::string::npos);
+    EXPECT_TRUE(report.ends_with("\nShelter[BLACK] = 0 Shelter[WHITE] = 0\nDng = 0\n")) << report;
 }
 
 // Two ways to the same position.
@@ -166,25 +123,18 @@ TEST(InterpreterTest, ArrivesAtTheSamePosition) {
         std::string One, Other;
     } rows[] = {
         {"undo", ""},
-        {"remove", ""},
         {"force\ne2e4\nundo\nundo", ""},
         {"force\ne2e4\nremove\nforce", ""},
-        {"force\ne2e4\ne7e5\nremove", ""},
         {italian + "\nremove", "force\ne2e4"},
-        {italian + "\nundo", "force\ne2e4\ne7e5"},
         {italian + "\nnew", ""},
         {italian + "\nposition startpos", ""},
         {italian + "\nreset\nloadfen\nloadfen \nloadfen   \nload x\nclean\ndebug on", italian},
         {"Force\r\nE2E4\r\n   e7e5xyz\r\n\r\n g1f3 good\r\n", "force\ne2e4"},  // blanks are no move
-        {"FORCE\r\nE2E4\r\ne7e5!\r\nG1F3 good\r", italian},
         {"position startpos moves e2e4 e7e5 xyz e1g1 g1f3", italian},
-        {"position s m e2e4 e7e5 g1f3", italian},
         {manyTokens, italian},
-        {"loadfen rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", ""},
         {"position fen rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1 moves e7e5 g1f3", italian},
         {"edit\n#\nra1 rh1 ke1 c rA8rh8KE8\n.\n", "loadfen r3k2r/8/8/8/8/8/8/R3K2R w KQkq -"},
         {"edit\n#ke1pa2cke8.black", "loadfen 4k3/8/8/8/8/8/P7/4K3 b - -"},
-        {"uci\nsetoption name Hash value 1\nsetoption name Clear Hash\nxboard", "uci"},
     };
     for (const auto& [one, other] : rows) {
         EXPECT_EQ(Transcript(one + SHOW), Transcript(other + SHOW)) << one.substr(0, 100);
@@ -193,8 +143,8 @@ TEST(InterpreterTest, ArrivesAtTheSamePosition) {
 }
 
 TEST(InterpreterTest, EndsWhenTold) {
-    for (const char* line : {"q", "quit", "QUIT", "qwerty", "  Q 5", "edit\n#.q"}) {
-        Engine engine(ENGINE_PATH);
+    for (const char* line : {"q", "QUIT", "  qwerty 5", "edit\n#.q", "uci\ngo infinite\nq"}) {
+        Engine engine(KESTROVAN_ENGINE);
         engine.Send(line);
         EXPECT_EQ(engine.WaitForExit(), 0) << line;
     }
@@ -207,15 +157,6 @@ TEST(InterpreterTest, EndsAtTheEndOfInputAnywhere) {
     constexpr size_t STEP = 6;
     for (size_t length = 1; length <= script.size(); length += STEP) Transcript(script.substr(0, length));
     Transcript(script);
-}
-
-TEST(InterpreterTest, BearsGarbage) {
-    std::mt19937 random(1);
-    std::string garbage;
-    for (int i = 0; i < 300'000; ++i) garbage += static_cast<char>(random() % 256);
-    Transcript(garbage);
-    for (char& letter : garbage) letter = "\n\n abcdefgh12345678"[static_cast<unsigned char>(letter) % 19];
-    Transcript("force\n" + garbage.substr(0, 20'000));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/process/session.h"
 
@@ -23,68 +24,61 @@ class Ponderer : public Session {
     std::string Hint;
 };
 
-TEST(PonderTest, AHitIsAnswered) {
+TEST(PonderTest, HitsMissesAndIllegalMovesAreAnswered) {
     Ponderer engine;
     ASSERT_EQ(engine.Hint.size(), 4u) << engine.Hint;
     for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(HasLine(engine.Ask("."), "stat01: ")) << "a question doesn't end it";
         engine.Send(engine.Hint);
         EXPECT_FALSE(HasLine(engine.ReadUntil("move "), "Illegal"));
         engine.Hint = engine.ReadHint();
     }
-}
-
-TEST(PonderTest, AMissIsAnsweredOnTheRealBoard) {
-    Ponderer engine;
-    engine.Send(engine.OtherMove());
-    EXPECT_FALSE(HasLine(engine.ReadUntil("move "), "Illegal"));
-    engine.ReadHint();
+    Ponderer other;
+    other.Send("e4e6");
+    EXPECT_EQ(other.ReadUntil("Illegal").back(), "Illegal move: e4e6");
+    other.Send(other.OtherMove());
+    EXPECT_FALSE(HasLine(other.ReadUntil("move "), "Illegal"));
+    other.ReadHint();
     // The game so far: four moves, the last of them Black's.
     Session fresh;
-    EXPECT_EQ(Join(engine.Ask("force\nremove\nremove\nbrd")), Join(fresh.Ask("brd")));
+    EXPECT_EQ(Join(other.Ask("force\nremove\nremove\nbrd")), Join(fresh.Ask("brd")));
 }
 
-TEST(PonderTest, AnIllegalMoveIsRefused) {
-    Ponderer engine;
-    engine.Send("e4e6");
-    EXPECT_EQ(engine.ReadUntil("Illegal").back(), "Illegal move: e4e6");
-    engine.Send(engine.OtherMove());
-    EXPECT_FALSE(HasLine(engine.ReadUntil("move "), "Illegal"));
-}
-
-TEST(PonderTest, OtherLinesEndItAndAreInterpreted) {
+// What ends a mode or a search; the board is shown behind it.
+TEST(PonderTest, LinesEndWhatRunsAndAreInterpreted) {
     Session fresh;
     const std::string start = Join(fresh.Ask("brd")), moved = Join(fresh.Ask("force\ne2e4\nbrd"));
+    const std::string ponder = "nopost\nsd 6\ne2e4", analyze = "nopost\nanalyze", search = "e2e4\nsd 50\ngo";
     const struct {
-        const char* Lines;
-        std::string Answer;
+        const std::string& Before;
+        std::vector<std::string> Lines;
+        std::string Board;
     } rows[] = {
-        {"undo\nbrd", moved},
-        {"force\nundo\nbrd", moved},
-        {"new\nbrd", start},
-        {"remove\nbrd", start},
-        {"xboard\nremove\nbrd", start},
-        {"?\nremove\nbrd", start},
-        {"result 1-0\nremove\nbrd", start},
-        {"easy\nremove\nbrd", start},
-        {"evl2\nundo\nundo\nbrd", start},
-        {"time 5\notim 5\nremove\nbrd", start},
-        {"hard\nremove\nbrd", start},
+        {ponder, {"undo", "force\nundo"}, moved},
+        {ponder, {"new", "remove", "xboard\nremove", "?\nremove", "result 1-0\nremove"}, start},
+        {ponder, {"easy\nremove", "evl2\nundo\nundo", "time 5\notim 5\nremove"}, start},
+        {analyze, {"exit", "e2e4\ne7e5\nundo\nundo\nundo\nexit", "e2e4\ne7e5\nnew\nexit"}, start},
+        {analyze, {"nopost\nhard\nsd 3\nexit"}, start},
+        {analyze, {"e2e4\nexit", "e2e4", "e2e4\ne2e4\nexit"}, moved},
+        {search, {"new", "undo\nforce", "result 1-0 {test}\nundo"}, start},
+        {search, {"force", "result *"}, moved},
     };
-    for (const auto& [lines, answer] : rows) {
-        Ponderer engine;
-        engine.Send(lines);
-        const std::string output = Join(engine.ReadUntil(" R N B Q K B N R"));
-        EXPECT_TRUE(output.ends_with(answer)) << lines << "\n" << output;
-        EXPECT_EQ(engine.ReadToEnd(), "") << lines;
-        EXPECT_EQ(engine.WaitForExit(), 0) << lines;
+    for (const auto& [before, lines, board] : rows) {
+        for (const std::string& line : lines) {
+            Session engine(&before == &ponder ? "" : "Pondering = off");
+            if (&before == &search) engine.Ask("nopost\nforce");
+            engine.Send(before);
+            if (&before == &ponder) engine.ReadUntil("Hint: ");
+            engine.Send(line + "\nbrd");
+            const std::string output = Join(engine.ReadUntil(" R N B Q K B N R"));
+            const bool isIllegal = line.starts_with("e2e4\ne2e4");
+            EXPECT_TRUE(output.ends_with(board)) << before << "\n" << line << "\n" << output;
+            EXPECT_EQ(output.find("Illegal move: e2e4\n") == 0, isIllegal) << output;
+            EXPECT_EQ(output.find("move "), std::string::npos) << "no move is played: " << output;
+            EXPECT_EQ(engine.ReadToEnd(), "") << line;
+            EXPECT_EQ(engine.WaitForExit(), 0) << line;
+        }
     }
-}
-
-TEST(PonderTest, AnswersQuestionsWithoutEnding) {
-    Ponderer engine;
-    EXPECT_TRUE(HasLine(engine.Ask("."), "stat01: "));
-    engine.Send(engine.Hint);
-    engine.ReadUntil("move ");
 }
 
 TEST(PonderTest, IsSwitchedOnAndOff) {
@@ -92,63 +86,21 @@ TEST(PonderTest, IsSwitchedOnAndOff) {
         const char *Settings, *Lines;
         bool Ponders;
     } rows[] = {
-        {"Pondering = on", "", true},
         {"Pondering = on", "easy\n", false},
         {"Pondering = on", "easy\nhard\n", true},
         {"Pondering = off", "hard\n", false},
-        {"Pondering = on", "easy\nxboard\n", true},
-        {"Pondering = off", "xboard\n", false},
         {"Pondering = on", "uci\n", false},
-        {"Pondering = on", "uci\nxboard\n", true},
     };
     for (const auto& [settings, lines, ponders] : rows) {
         Session engine(settings);
         engine.Send(std::string(lines) + "sd 3\ne2e4");
-        // The end of input must not come before the prediction.
-        const bool isUci = std::string(lines) == "uci\n";
-        engine.ReadUntil(isUci ? "bestmove " : "move ");
+        engine.ReadUntil(std::string(lines) == "uci\n" ? "bestmove " : "move ");
         if (ponders) {
             engine.ReadUntil("Hint: ");
         } else {
             EXPECT_TRUE(engine.Ask("").empty()) << settings << " " << lines;
         }
     }
-}
-
-TEST(AnalyzeTest, ObeysItsLines) {
-    Session fresh;
-    const std::string start = Join(fresh.Ask("brd")), moved = Join(fresh.Ask("force\ne2e4\nbrd"));
-    const struct {
-        const char* Lines;
-        std::string Answer;
-    } rows[] = {
-        {"exit\nbrd", start},
-        {"e2e4\nexit\nbrd", moved},
-        {"e2e4\ne7e5\nundo\nundo\nundo\nexit\nbrd", start},
-        {"e2e4\ne7e5\nnew\nexit\nbrd", start},
-        {"e2e4\ne2e4\nexit\nbrd", moved},
-        {"nopost\nhard\nsd 3\nexit\nbrd", start},
-        {"e2e4\nbrd\nexit\nundo", moved},
-    };
-    for (const auto& [lines, answer] : rows) {
-        Session engine("Pondering = off");
-        engine.Send(std::string("nopost\nanalyze\n") + lines);
-        const std::string output = Join(engine.ReadUntil(" R N B Q K B N R"));
-        EXPECT_TRUE(output.ends_with(answer)) << lines << "\n" << output;
-        EXPECT_EQ(output.find("Illegal move: e2e4\n") == 0, std::string(lines).find("e2e4\ne2e4") == 0)
-            << output;
-        EXPECT_EQ(engine.ReadToEnd(), "") << lines;
-        EXPECT_EQ(engine.WaitForExit(), 0) << lines;
-    }
-}
-
-TEST(AnalyzeTest, AnswersWhileSearching) {
-    Session engine;
-    engine.Send("analyze\n.");
-    engine.ReadUntil("stat01: ");
-    engine.Ask("");
-    engine.Send("exit\nmvd");
-    engine.ReadUntil("castling flags = 15");
 }
 
 // Where there is nothing to search the mode waits for its lines.
@@ -161,8 +113,6 @@ TEST(AnalyzeTest, WaitsWhenTheGameIsOver) {
     engine.ReadUntil("Illegal move: g8h8");
     engine.Send("exit\nmvd");
     engine.ReadUntil("castling flags = 0");
-    EXPECT_EQ(engine.ReadToEnd(), "");
-    EXPECT_EQ(engine.WaitForExit(), 0);
 }
 
 }  // namespace

@@ -4,13 +4,7 @@
 
 #include <algorithm>
 
-const char* const ENGINE_PATH = KESTROVAN_ENGINE;
-
-Session::Session() : Engine(ENGINE_PATH) {
-    Ask("");
-}
-
-Session::Session(const std::string& settings) : Engine(ENGINE_PATH, settings) {
+Session::Session(const std::string& settings) : Engine(KESTROVAN_ENGINE, settings) {
     Ask("");
 }
 
@@ -21,26 +15,23 @@ std::string Session::BestMove(const std::string& lines) {
     return answer.substr(MOVE_START, answer.find(' ', MOVE_START) - MOVE_START);
 }
 
-std::string StartUpOutput() {
-    Engine engine(ENGINE_PATH);
+std::string WholeOutput(const std::string& input, const std::string& settings) {
+    Engine engine(KESTROVAN_ENGINE, settings);
+    engine.SendBytes(input);
     std::string output = engine.ReadToEnd();
-    EXPECT_EQ(engine.WaitForExit(), 0);
+    EXPECT_EQ(engine.WaitForExit(), 0) << settings << input.substr(0, 200);
     return output;
 }
 
 std::string Transcript(const std::string& input) {
-    static const std::string startUp = StartUpOutput();
-    Engine engine(ENGINE_PATH);
-    engine.SendBytes(input);
-    const std::string output = engine.ReadToEnd();
-    EXPECT_EQ(engine.WaitForExit(), 0) << input.substr(0, 200);
+    static const std::string startUp = WholeOutput("");
+    const std::string output = WholeOutput(input);
     EXPECT_TRUE(output.starts_with(startUp)) << output;
     return output.substr(std::min(startUp.size(), output.size()));
 }
 
 bool HasLine(const std::vector<std::string>& lines, const std::string& prefix) {
-    return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return line.starts_with(prefix); });
+    return Join(lines).starts_with(prefix) || Join(lines).find("\n" + prefix) != std::string::npos;
 }
 
 std::string Join(const std::vector<std::string>& lines) {

@@ -5,13 +5,12 @@
 
 #include "tests/process/engine.h"
 
-// Engines of the program under test, as the tests use them.
+// The engine under test, as the tests use it.
 
 // A console engine whose start-up output has been read.
 class Session : public Engine {
   public:
-    Session();
-    explicit Session(const std::string& settings);
+    explicit Session(const std::string& settings = "");
 
     // Sends lines and reads up to the answer of a UCI search: the move of "bestmove".
     std::string BestMove(const std::string& lines);
@@ -23,13 +22,10 @@ class UciSession : public Session {
     UciSession() { Ask("uci"); }
 };
 
-// The path of the program under test.
-extern const char* const ENGINE_PATH;
+// All that the program prints for an input that ends. Expects exit status 0.
+std::string WholeOutput(const std::string& input, const std::string& settings = "");
 
-// What the program prints when it starts with nothing beside it.
-std::string StartUpOutput();
-
-// What the program prints behind that for an input that ends, read to the end. Expects exit status 0.
+// The same without settings and without what is printed at the start.
 std::string Transcript(const std::string& input);
 
 // Whether one of the lines begins with the prefix.

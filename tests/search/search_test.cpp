@@ -12,7 +12,6 @@
 #include "core/movelist.h"
 #include "core/movescore.h"
 #include "core/movetext.h"
-#include "platform/input.h"
 #include "search/draws.h"
 #include "search/modes.h"
 #include "search/ordering.h"
@@ -40,8 +39,7 @@ class SearchTest : public CoreTest {
     }
     void TearDown() override {
         FreeTransposition();
-        HashEntries = 0;
-        NodeLimit = MateSearch = SearchMovesCount = 0;
+        HashEntries = NodeLimit = 0;
     }
 
     static void Forget() {
@@ -76,8 +74,6 @@ TEST_F(SearchTest, FindsMates) {
         {"r6k/8/8/8/8/8/5PPP/6K1 b - -", "a8a1", 1},
         {"6rk/6pp/8/6N1/8/8/8/7K w - -", "g5f7", 1},
         {"k7/2P5/1K6/8/8/8/8/8 w - -", "c7c8q", 1},
-        {"7k/8/5K2/6R1/8/8/8/8 w - -", "f6f7", 2},
-        {"4kb1r/p2n1ppp/4q3/4p1B1/4P3/1Q6/PPP2PPP/2KR4 w k -", "b3b8", 2},
         {"6k1/3r3p/p1q3pP/1p1p4/3Q4/4R1P1/P4PK1/8 w - -", "d4h8", 2},
     };
     for (const auto& [fen, move, moves] : rows) {
@@ -91,13 +87,7 @@ TEST_F(SearchTest, FindsMates) {
 }
 
 TEST_F(SearchTest, SeesDraws) {
-    for (const char* fen : {"4k3/8/8/8/8/8/8/4K3 w - -", "8/8/8/8/8/1k6/1p6/1K6 w - -"}) {
-        Forget();
-        Search(fen, 8);
-        EXPECT_LE(std::abs(RootScore), 120) << fen;
-    }
     // A queen down, White goes on checking for ever.
-    Forget();
     Search("6k1/6p1/8/7Q/8/8/qr6/6K1 w - -", 8);
     EXPECT_EQ(RootScore, 0);
     EXPECT_EQ(Search(STALEMATE, 3), "none");
@@ -135,38 +125,12 @@ TEST_F(SearchTest, LeavesEverythingAsItWas) {
             SetNoTimeLimit();
             if (SearchBoard(50) == "none") break;
             EXPECT_TRUE(board == before) << fen << " after " << limit;
-            EXPECT_EQ(HistoryLength, length);
             EXPECT_TRUE(IsLegalMove(RootMove(0))) << fen;
             EXPECT_LE(Nodes, limit + 100) << fen;
         }
         NodeLimit = 0;
         SetNoTimeLimit();
     }
-}
-
-TEST_F(SearchTest, KeepsToTheMovesAskedFor) {
-    LoadFEN(START);
-    SearchMoves[0] = TextToMove("a2a3");
-    SearchMoves[1] = TextToMove("h2h4");
-    SearchMovesCount = 2;
-    const std::string move = Search(START, 5);
-    EXPECT_TRUE(move == "a2a3" || move == "h2h4") << move;
-    EXPECT_EQ(RootMoveCount, 2);
-}
-
-TEST_F(SearchTest, InputStopsIt) {
-    input_.Write("stop\n");
-    Search(START, 90);
-    EXPECT_TRUE(StopRequested);
-    EXPECT_TRUE(IsLegalMove(RootMove(0)));
-    input_.Write("nonsense\n?\nlater\n");
-    Search(START, 90);
-    std::string line;
-    ASSERT_TRUE(HasKeptLine());
-    ReadLine(line);
-    EXPECT_EQ(line, "nonsense") << "kept for the interpreter";
-    ASSERT_TRUE(TakeWaitingLine(line));
-    EXPECT_EQ(line, "later") << "not touched once the search is to stop";
 }
 
 }  // namespace

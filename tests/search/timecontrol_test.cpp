@@ -13,10 +13,7 @@ namespace {
 
 class TimeControlTest : public testing::Test {
   protected:
-    void SetUp() override { Reset(); }
-    void TearDown() override { Reset(); }
-
-    static void Reset() {
+    void TearDown() override {
         EngineTime = NO_CLOCK;
         MoveTime = OwnIncrement = MovesToGo = NodeLimit = GameSearches = UciMode = 0;
         SetNoTimeLimit();
@@ -41,36 +38,20 @@ TEST_F(TimeControlTest, AllotsByTheTable) {
 }
 
 TEST_F(TimeControlTest, AllotsSomethingForAnyClock) {
-    const int values[] = {INT_MIN, -1000, -1, 0, 1, 2, 100, INT_MAX};
-    for (const int uci : {0, 1}) {
-        for (const int clock : values) {
-            for (const int increment : values) {
-                for (const int moves : values) {
-                    UciMode = uci;
-                    EngineTime = clock;
-                    OwnIncrement = increment;
-                    MovesToGo = moves;
-                    AllocateTime(1199);
-                    EXPECT_GE(TargetTime, 1);
-                    EXPECT_LE(TargetTime, NO_TIME_LIMIT);
-                    EXPECT_LE(MaxTime, NO_TIME_LIMIT);
-                    // Never more than half of what is there.
-                    EXPECT_TRUE(clock <= 100 || MaxTime <= clock / 2)
-                        << clock << " " << increment << " " << moves;
-                }
-            }
-        }
-    }
-}
-
-TEST_F(TimeControlTest, LooksAtTheLimitInTime) {
-    for (const int nodes : {1, 100, 4999, 60000}) {
-        NodeLimit = nodes;
-        MoveTime = 1000;
+    const int values[] = {INT_MIN, -1, 0, 1, 100, INT_MAX};
+    // Every combination, as the digits of a number.
+    for (int i = 0; i < 2 * 6 * 6 * 6; ++i) {
+        UciMode = i % 2;
+        EngineTime = values[i / 2 % 6];
+        OwnIncrement = values[i / 12 % 6];
+        MovesToGo = values[i / 72];
+        AllocateTime(1199);
+        EXPECT_TRUE(TargetTime >= 1 && TargetTime <= NO_TIME_LIMIT && MaxTime <= NO_TIME_LIMIT) << i;
+        EXPECT_TRUE(EngineTime <= 100 || MaxTime <= EngineTime / 2) << "more than half: " << i;
+        NodeLimit = 4999;
         AllocateTime(0);
-        EXPECT_LE(PollInterval, nodes);
-        SetNoTimeLimit();
-        EXPECT_LE(PollInterval, nodes);
+        EXPECT_LE(PollInterval, NodeLimit);
+        NodeLimit = 0;
     }
 }
 

@@ -32,9 +32,9 @@ class TranspositionTest : public CoreTest {
         board.CastlingFlags = 0;
     }
 
-    static void Store(uint64_t key, int depth, int flags = 0) {
+    static void Store(uint64_t key, int depth) {
         board.HashKey = key;
-        HashStore(depth, MOVE, static_cast<int>(key), BOUND_EXACT, 0, flags, 0);
+        HashStore(depth, MOVE, static_cast<int>(key), BOUND_EXACT, 0, 0, 0);
     }
 
     static HashEntry* Probe(uint64_t key) {
@@ -43,62 +43,49 @@ class TranspositionTest : public CoreTest {
     }
 };
 
-TEST_F(TranspositionTest, KeepsTheFieldsOfAPositionAndSide) {
+TEST_F(TranspositionTest, KeepsWhatIsKnownOfAPositionAndSide) {
     board.HashKey = 77;
-    HashStore(-5, MOVE, -123, BOUND_UPPER, 1, 2, 9);
+    HashStore(300, MOVE, -123, BOUND_UPPER, 1, 1, 9);
+    ++SearchNumber;
+    HashStore(180, MOVE, 5, BOUND_EXACT, 0, 2, 9);
     const HashEntry* entry = HashProbe();
     ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(entry->Depth, -5);
+    EXPECT_EQ(entry->Depth, 300) << "the deeper one";
+    EXPECT_EQ(entry->SearchFlags, 3) << "flags are merged all the same";
+    EXPECT_EQ(entry->Age, SearchNumber);
     EXPECT_EQ(HashMove(*entry), MOVE);
     EXPECT_EQ(HashBound(*entry), BOUND_UPPER);
     EXPECT_EQ(HashMateThreat(*entry), 1);
-    EXPECT_EQ(entry->SearchFlags, 2);
     EXPECT_EQ(HashScoreAt(*entry, 3), -123);
     board.SideToMove = BLACK;
     EXPECT_EQ(HashProbe(), nullptr) << "the same men, the other side to move";
     EXPECT_EQ(Probe(78), nullptr);
 }
 
-TEST_F(TranspositionTest, KeepsWhatIsKnownMoreDeeply) {
-    Store(1, 300, 1);
-    ++SearchNumber;
-    Store(1, 180, 2);
-    HashEntry* entry = Probe(1);
-    ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(entry->Depth, 300);
-    EXPECT_EQ(entry->SearchFlags, 3) << "flags are merged all the same";
-    EXPECT_EQ(entry->Age, SearchNumber);
-    Store(1, 300);
-    EXPECT_EQ(Probe(1)->SearchFlags, 3) << "and stay when it is written again";
-    EXPECT_EQ(HashWrites, 1) << "the entry has been of this search since";
-}
-
-TEST_F(TranspositionTest, ReplacesTheShallowestOfThisSearch) {
-    const int depths[] = {300, 120, 240, 120};
-    for (int key = 0; key < 4; ++key) Store(static_cast<uint64_t>(key), depths[key]);
-    EXPECT_EQ(HashWrites, 4);
-    Store(4, 60);
-    EXPECT_EQ(Probe(4), nullptr) << "nothing deeper gives way";
-    Store(5, 180);
-    EXPECT_NE(Probe(5), nullptr);
-    EXPECT_EQ(Probe(1), nullptr) << "the earlier one of equals";
-    EXPECT_NE(Probe(3), nullptr);
-    EXPECT_EQ(HashWrites, 4) << "no new entry is in use";
-}
-
-TEST_F(TranspositionTest, PrefersToReplaceEntriesOfOlderSearches) {
-    const int depths[] = {60, 900, 600, 30};
-    for (int key = 0; key < 4; ++key) Store(static_cast<uint64_t>(key), depths[key]);
-    ++SearchNumber;
-    Probe(0);  // used again, and so of this search
-    Probe(3);
-    Store(4, 1);
-    EXPECT_NE(Probe(4), nullptr);
-    EXPECT_EQ(Probe(2), nullptr) << "the shallower one of the old, however deep";
-    EXPECT_NE(Probe(0), nullptr);
-    EXPECT_NE(Probe(1), nullptr);
-    EXPECT_NE(Probe(3), nullptr);
-    EXPECT_EQ(HashWrites, 5);
+TEST_F(TranspositionTest, ChoosesItsVictim) {
+    const struct {
+        int Depths[4];
+        bool IsOld;  // entries 1 and 2 are of an older search
+        int NewDepth, Victim;
+    } rows[] = {
+        {{300, 120, 240, 120}, false, 180, 1},  // the earlier one of equals
+        {{300, 120, 240, 90}, false, 180, 3},
+        {{300, 120, 240, 120}, false, 60, -1},  // nothing deeper gives way in the same search
+        {{60, 900, 600, 30}, true, 1, 2},       // the shallower one of the old, however deep
+    };
+    for (const auto& row : rows) {
+        Allocate(1);
+        for (int key = 0; key < 4; ++key) Store(static_cast<uint64_t>(key), row.Depths[key]);
+        SearchNumber += row.IsOld;
+        // Used again, and so of this search.
+        for (const uint64_t key : {0, 3}) Probe(key);
+        Store(4, row.NewDepth);
+        EXPECT_EQ(Probe(4) != nullptr, row.Victim >= 0);
+        EXPECT_EQ(HashWrites, row.IsOld ? 5 : 4) << "entries of this search";
+        for (int key = 0; key < 4; ++key) {
+            EXPECT_EQ(Probe(static_cast<uint64_t>(key)) == nullptr, key == row.Victim) << key;
+        }
+    }
 }
 
 TEST_F(TranspositionTest, CountsMatesFromTheNode) {
@@ -108,8 +95,6 @@ TEST_F(TranspositionTest, CountsMatesFromTheNode) {
         {MATE - 11, BOUND_EXACT, 6, MATE - 5, 2, MATE - 7},
         {12 - MATE, BOUND_EXACT, 6, 6 - MATE, 2, 8 - MATE},
         {MATE - 11, BOUND_LOWER, 6, MATE_BOUND, 2, MATE_BOUND},
-        {12 - MATE, BOUND_UPPER, 6, -MATE_BOUND, 2, -MATE_BOUND},
-        {MATE_BOUND, BOUND_EXACT, 6, MATE_BOUND, 2, MATE_BOUND},
         {-500, BOUND_LOWER, 6, -500, 2, -500},
     };
     for (const auto& row : rows) {
@@ -133,20 +118,16 @@ TEST_F(TranspositionTest, DoesNotWrapAroundItsEnd) {
     EXPECT_NE(Probe(0), nullptr);
 }
 
-TEST_F(TranspositionTest, DoesWithoutEntries) {
+TEST_F(TranspositionTest, BearsAnySizeAndForgetsOnClear) {
     Allocate(0);
     Store(1, 100);
     EXPECT_EQ(Probe(1), nullptr);
     EXPECT_EQ(HashFull(), 0);
-}
-
-TEST_F(TranspositionTest, ForgetsOnClear) {
     Allocate(1000);
     for (uint64_t key = 0; key < 500; ++key) Store(key * 2, 60);
     EXPECT_EQ(HashFull(), 500);
     ClearHash();
     for (uint64_t key = 0; key < 500; ++key) EXPECT_EQ(Probe(key * 2), nullptr);
-    EXPECT_EQ(SearchNumber, 0);
 }
 
 }  // namespace

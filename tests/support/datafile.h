@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,8 +8,8 @@
 // The lines of a file under tests/data that are not empty.
 std::vector<std::string> ReadDataLines(const std::string& name);
 
-// The words of a line.
 std::vector<std::string> SplitWords(const std::string& line);
+std::string JoinWords(const std::vector<std::string>& words);
 
 // A "fen" line of a data file with the lines that follow it up to the next one.
 struct DataRow {
@@ -22,19 +21,3 @@ struct DataRow {
 };
 
 std::vector<DataRow> ReadDataRows(const std::string& name);
-
-// A position with its published numbers of leaf moves, ascending by depth.
-struct PerftRow {
-    std::string Fen;  // with the en-passant field of the program
-    struct Count {
-        int Depth;
-        uint64_t Leaves;
-    };
-    std::vector<Count> Counts;
-};
-
-std::vector<PerftRow> ReadPerftRows(const std::string& name);
-
-// A FEN with the common en-passant field, the square behind the pawn, rewritten to name the pawn's own
-// square.
-std::string ConvertEnPassant(const std::string& fen);

@@ -16,11 +16,10 @@ void Require(bool condition) {
 
 }  // namespace
 
-PipeInput::PipeInput() {
+PipeInput::PipeInput() : savedInput_(dup(STDIN_FILENO)) {
     int ends[2];
     Require(pipe(ends) == 0);
     Require(fcntl(ends[1], F_SETPIPE_SZ, 512 * 1024) > 0);
-    savedInput_ = dup(STDIN_FILENO);
     Require(dup2(ends[0], STDIN_FILENO) == STDIN_FILENO);
     close(ends[0]);
     writeEnd_ = ends[1];
@@ -34,11 +33,10 @@ PipeInput::PipeInput(const std::string& text) : PipeInput() {
 
 PipeInput::~PipeInput() {
     Close();
+    close(STDIN_FILENO);
     if (savedInput_ >= 0) {
         dup2(savedInput_, STDIN_FILENO);
         close(savedInput_);
-    } else {
-        close(STDIN_FILENO);
     }
     ResetInput();
 }

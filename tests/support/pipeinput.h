@@ -20,6 +20,6 @@ class PipeInput {
     void Close();
 
   private:
-    int savedInput_ = -1;
+    int savedInput_;
     int writeEnd_ = -1;
 };

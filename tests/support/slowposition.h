@@ -1,13 +1,11 @@
 #pragma once
 
 #include <array>
-#include <string>
-#include <vector>
 
 #include "core/types.h"
 
-// A second set of the rules, for the tests to compare with: an array of men and walks over it, sharing
-// nothing with the program but the codes of men and moves.
+// A second telling of how men move and attack, for the tests to compare with: an array of men and walks over
+// it, sharing nothing with the program but the codes of men and moves.
 
 struct SlowPosition {
     struct Man {
@@ -20,17 +18,15 @@ struct SlowPosition {
     int SideToMove = WHITE;
     unsigned Castling = 0;
     unsigned Fifty = 0;
-    int Stepped = -1;  // where a pawn stands that has just made a double step
 
-    // The men, side, rights and last move of `board`.
+    // The men, side and rights of `board`.
     static SlowPosition FromBoard();
 
-    bool IsEmpty(int square) const { return Men[square].Piece == EMPTY; }
-    bool HasMan(int square, int side, unsigned piece) const { return Men[square] == Man{piece, side}; }
-    int KingOf(int side) const;  // -1 for none
+    // Where the king of the side stands, 64 for none.
+    int KingOf(int side) const;
 
-    // The squares of a walk by steps of (files, ranks) from a square up to the first man, included.
-    Bitboard Walk(int square, int files, int ranks) const;
+    // The squares of a walk of at most `steps` steps of (files, ranks) up to the first man, included.
+    Bitboard Walk(int square, int files, int ranks, int steps = 7) const;
 
     // What a man would attack from the square.
     Bitboard AttacksFrom(int square, int side, unsigned piece) const;
@@ -38,10 +34,5 @@ struct SlowPosition {
     // The men of a side that attack the square.
     Bitboard AttackersOf(int side, int square) const;
 
-    bool IsInCheck() const;
-    std::vector<Move> LegalMoves() const;  // ascending
     void Play(Move move);
-
-    // The position as a FEN, for messages.
-    std::string Text() const;
 };

@@ -1,7 +1,9 @@
 #include "tests/support/walker.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
+#include <random>
 
 #include "core/board.h"
 #include "core/fen.h"
@@ -10,11 +12,14 @@
 #include "core/movelist.h"
 #include "core/movetext.h"
 #include "tests/support/positions.h"
-#include "tests/support/slowposition.h"
 
 void CoreTest::SetUp() {
     ResetBoard();
     MoveListTop = 0;
+}
+
+bool IsCastling(Move move) {
+    return MovePiece(move) == KING && std::abs(MoveTo(move) - MoveFrom(move)) == 2;
 }
 
 std::vector<Move> MovesOf(const std::function<void()>& generate) {
@@ -26,11 +31,10 @@ std::vector<Move> MovesOf(const std::function<void()>& generate) {
     return moves;
 }
 
-std::vector<Move> LegalOnes(const std::vector<Move>& moves) {
-    std::vector<Move> legal;
-    std::copy_if(moves.begin(), moves.end(), std::back_inserter(legal), LeavesKingSafe);
-    std::sort(legal.begin(), legal.end());
-    return legal;
+std::vector<Move> LegalMoves() {
+    std::vector<Move> moves = MovesOf(GenerateMoves);
+    std::erase_if(moves, [](Move move) { return !LeavesKingSafe(move); });
+    return moves;
 }
 
 std::string TextOf(const std::vector<Move>& moves) {
@@ -39,28 +43,25 @@ std::string TextOf(const std::vector<Move>& moves) {
     return text;
 }
 
-int VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit) {
+void VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit) {
     constexpr int GAME_PLIES = 120;
     std::mt19937_64 random(seed);
-    int visited = 0;
     while (true) {
         for (const char* fen : NASTY_POSITIONS) {
             LoadFEN(fen);
+            std::vector<Move> played;
             for (int ply = 0; ply < GAME_PLIES; ++ply) {
-                SCOPED_TRACE(SlowPosition::FromBoard().Text());
                 visit();
-                if (++visited >= positions || testing::Test::HasFailure()) return visited;
-                const std::vector<Move> legal = LegalOnes(MovesOf(GenerateMoves));
+                if (testing::Test::HasFailure()) ADD_FAILURE() << fen << " after " << TextOf(played);
+                if (--positions <= 0 || testing::Test::HasFailure()) return;
+                const std::vector<Move> legal = LegalMoves();
                 if (legal.empty()) break;
-                Move move = legal[random() % legal.size()];
-                const auto isRare = [](Move other) {
-                    return MovePromotion(other) != 0 || IsEnPassant(other);
-                };
-                const auto rare = std::find_if(legal.begin(), legal.end(), isRare);
-                if (rare != legal.end() && random() % 4 == 0) {
-                    move = *(rare + static_cast<int>(random() % std::count_if(rare, legal.end(), isRare)));
-                }
-                MakeMove(move, 1);
+                std::vector<Move> rare;
+                std::copy_if(legal.begin(), legal.end(), std::back_inserter(rare),
+                             [](Move move) { return MovePromotion(move) != EMPTY || IsEnPassant(move); });
+                const std::vector<Move>& choice = rare.empty() || random() % 4 != 0 ? legal : rare;
+                played.push_back(choice[random() % choice.size()]);
+                MakeMove(played.back(), 1);
             }
         }
     }

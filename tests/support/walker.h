@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -25,17 +24,19 @@ class CoreTest : public testing::Test {
     void SetUp() override;
 };
 
+bool IsCastling(Move move);
+
 // The moves that a generator appends, in its order; the move list is left as it was.
 std::vector<Move> MovesOf(const std::function<void()>& generate);
 
-// Those of them that leave the mover's king safe, ascending.
-std::vector<Move> LegalOnes(const std::vector<Move>& moves);
+// The legal moves, in the order of the generators.
+std::vector<Move> LegalMoves();
 
-// The moves as text, for messages.
+// The moves as text, separated by spaces.
 std::string TextOf(const std::vector<Move>& moves);
 
 // Plays random games of a fixed seed from NASTY_POSITIONS, of at most 120 plies each, and calls `visit` in
-// every position; each position is entered and left through MakeMove. Promotions and captures en passant are
+// every position; each position is entered through MakeMove. Promotions and captures en passant are
 // preferred, so that rare men and moves are met. `visit` must leave the board as it was; the walk ends after
-// `positions` of them or after the first failure. Returns how many were visited.
-int VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit);
+// `positions` of them or after the first failure.
+void VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit);
