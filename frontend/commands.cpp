@@ -2,6 +2,7 @@
 
 #include "book/book.h"
 #include "core/board.h"
+#include "core/boardtext.h"
 #include "core/movescore.h"
 #include "core/movetext.h"
 #include "core/textnumber.h"
@@ -93,9 +94,9 @@ const Command CommandChain[] = {
     {"reload", ReloadWeights},
     {nullptr, RunMove},
     {"help", RunHelp},
-    {"new", RunNew},
+    {"new", NewGame},
     {"post", SetTo<PostMode, 1>},
-    {"reset", RunReset},
+    {"reset", ResetGameMemory},
     {"level", RunLevel},
     {"moves", RunMoves},
     {"edit", RunEdit},
@@ -119,7 +120,7 @@ const Command CommandChain[] = {
     {"analyze", RunAnalyze},
     {"black", SetSideToMove<BLACK>},
     {"force", SetTo<ForceMode, 1>},
-    {"brd", RunBoard},
+    {"brd", PrintBoard},
     {"time", RunTime},
     {"otime", SetNumber<OpponentTime>},
     {"easy", SetTo<PonderingOn, 0>},

@@ -22,8 +22,6 @@ std::vector<const Command*> FindCommands(const char* line);
 
 // gamecommands.cpp: playing, clocks, modes.
 void RunMove();
-void RunNew();
-void RunReset();
 void RunLevel();
 void RunLoadFen();
 void RunEdit();
@@ -36,7 +34,6 @@ void RunXboard();
 // viewcommands.cpp: what is asked about the position and the program.
 void RunMoves();
 void RunPerft();
-void RunBoard();
 void RunShowFlags();
 void RunTablebaseStatus();
 

@@ -42,14 +42,6 @@ void RunMove() {
     if (!ForceMode) ThinkFreely();
 }
 
-void RunNew() {
-    NewGame();
-}
-
-void RunReset() {
-    ResetGameMemory();
-}
-
 void RunLevel() {
     constexpr int64_t MINUTE = 6000, SECOND = 100;  // centiseconds
     const bool hasSeconds = TokenCount >= 5;

@@ -1,5 +1,4 @@
 #include "core/board.h"
-#include "core/boardtext.h"
 #include "core/movetext.h"
 #include "core/perft.h"
 #include "egtb/tablebases.h"
@@ -42,10 +41,6 @@ void RunPerft() {
     const int count = Perft(depth);
     const float seconds = static_cast<float>(ClockMs() - start) * 0.001f;
     Print("total moves = %d time = %.2f\n", count, static_cast<double>(seconds));
-}
-
-void RunBoard() {
-    PrintBoard();
 }
 
 void RunShowFlags() {

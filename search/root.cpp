@@ -86,13 +86,6 @@ void SearchFirstMove() {
     if (!StopRequested) TakeScore(score, BOUND_NONE);
 }
 
-// Moves root entry i to position 0 and shifts those before it down.
-void MoveToFront(int i) {
-    std::rotate(MoveList, MoveList + i, MoveList + i + 1);
-    std::rotate(RootNodes, RootNodes + i, RootNodes + i + 1);
-    std::rotate(RootGivesCheck, RootGivesCheck + i, RootGivesCheck + i + 1);
-}
-
 void SearchLaterMove(int i) {
     int score = SearchRootMove(i, RootScore, RootScore + 1);
     if (StopRequested) return;

@@ -88,8 +88,7 @@ void DescribeMoves() {
 bool PutHashMoveFirst(Move move) {
     for (int i = 0; i < RootMoveCount; ++i) {
         if (MoveList[i].Move != move) continue;
-        std::rotate(MoveList, MoveList + i, MoveList + i + 1);
-        std::rotate(RootGivesCheck, RootGivesCheck + i, RootGivesCheck + i + 1);
+        MoveToFront(i);
         return true;
     }
     return false;
@@ -106,6 +105,12 @@ void AnnounceDraws() {
 
 Move RootMove(int i) {
     return i < RootMoveCount ? MoveList[i].Move : NO_MOVE;
+}
+
+void MoveToFront(int i) {
+    std::rotate(MoveList, MoveList + i, MoveList + i + 1);
+    std::rotate(RootNodes, RootNodes + i, RootNodes + i + 1);
+    std::rotate(RootGivesCheck, RootGivesCheck + i, RootGivesCheck + i + 1);
 }
 
 int LastScoreToMove() {

@@ -13,6 +13,9 @@ extern int RootGivesCheck[POSITION_MOVES];
 // Move i of the root list; 0 beyond its end.
 Move RootMove(int i);
 
+// Moves root entry i to position 0, with all that is known of it, and shifts those before it down.
+void MoveToFront(int i);
+
 // The restriction of a UCI "go searchmoves"; none when the count is 0. Set by commands.
 constexpr int SEARCH_MOVES_SIZE = 256;
 extern Move SearchMoves[SEARCH_MOVES_SIZE];
