@@ -11,7 +11,6 @@ int EngineSide = BLACK;
 namespace {
 
 constexpr int INITIAL_MARGIN = 6300;
-constexpr int SCORE_LIMIT = 30000;  // below what the search takes for a mate
 constexpr int PHASE_LIMIT = 256;
 constexpr int SIDE_UNITS = 12;  // an army of four minors, two rooks and a queen
 

@@ -1,19 +1,21 @@
 #pragma once
 
-// Static evaluation. Everything here is written by Evaluate only.
+#include "core/types.h"
+
+// Static evaluation. Everything here is written by Evaluate and the terms it calls only.
 
 // The scratch record of one evaluation, cleared at its start and read afterwards by the report and the
 // search. Scores are centipawns and Black-positive; a bucket [side] holds what favours that side.
 struct EvalInfo {
-    int score;     // the result, still Black-positive
+    int score;     // the running score; at the end the result, still Black-positive
     int material;  // the material part alone
     int opening;   // the halves that the phase tapers between
     int ending;
-    int side_opening[2];
+    int side_opening[2];  // king safety and passed pawns, which fade with the side's own phase
     int side_ending[2];
     int tempo[2];            // on top of the side-to-move bonus
-    int shelter_penalty[2];  // king shelter index
-    int danger[2];           // king danger index
+    int shelter_penalty[2];  // king shelter index, 0 or more
+    int danger[2];           // what the side brings against the enemy king: king danger index, 0..63
     int optimism[2];         // king-safety bonuses in favour of the side
     int margin;              // scaled along with the score of drawish material
     // How far the armies are gone: 0 all there, 256 bare kings. Both sides together and each on its own.
@@ -22,6 +24,15 @@ struct EvalInfo {
     int black_phase;
     // Whether the side's king has outlived its need of shelter.
     int ENDING[2];
+    // Whether the side's material can't win whatever the other has; only in endings of little material.
+    int cannot_win[2];
+
+    // Attack sets. Squares defended by the side's men count as attacked.
+    Bitboard attacks[PIECE_CODES][2];  // by all men of a kind
+    Bitboard attacked[2];              // by anything
+    Bitboard attacked_twice[2];        // by two men or more
+    Bitboard pinned[2];                // the side's men that a slider pins to their king
+    Bitboard passed_pawns[2];          // the side's pawns on its passed files
 };
 extern EvalInfo eval_info;
 
@@ -29,9 +40,20 @@ extern EvalInfo eval_info;
 // evaluation or a search.
 extern int EngineSide;
 
-// Stores the evaluation of the position, in centipawns from the side to move's view, within +-30000.
+// Stores the evaluation of the position, in centipawns from the side to move's view, within +-SCORE_LIMIT. A
+// pure function of the position, the weights, the personality and EngineSide: what caches hold doesn't
+// matter.
 void Evaluate(int* result);
 
-// Sets the three phases from the piece counts, and the ENDING flags.
+// Evaluations stay below what the search takes for a mate.
+constexpr int SCORE_LIMIT = 30000;
+
+// Returns score x factor / 256 (truncated toward zero) and scales `eval_info.margin` by the same factor.
+int ScaleScore(int score, int factor);
+
+// Sets the three phases from the piece counts.
 void ComputePhase();
+
+// Sets the phases and the ENDING flags: from the material table, or by the rules when the signature is out of
+// range.
 void SetEndingFlags();

@@ -7,46 +7,39 @@
 #include "core/psqt.h"
 #include "platform/output.h"
 
-PsqWeights PsqParameters[8][2];
-int EndingUnits;
-int EndingUnitsNoQueen;
+#define WEIGHT(type, name, meaning, ...) type name;
+#include "eval/weightlist.inc"
+#undef WEIGHT
+
 Personality Aggressivity;
 Personality Cowardice;
 Personality Tropism;
 
 namespace {
 
+constexpr int MAX_ROW = 32;
+
 struct WeightRow {
-    int* Value;
-    int Default;
+    int* Values;
+    int Count;
     const char* Name;
+    const char* Meaning;
+    int Defaults[MAX_ROW];
 };
 
-#define PSQ_ROWS(piece, phase, name, file, rank, advance, home)                   \
-    {&PsqParameters[piece][phase].FileCentre, file, "Psq" name "FileCentre"},     \
-        {&PsqParameters[piece][phase].RankCentre, rank, "Psq" name "RankCentre"}, \
-        {&PsqParameters[piece][phase].Advance, advance, "Psq" name "Advance"}, {  \
-        &PsqParameters[piece][phase].HomeRank, home, "Psq" name "HomeRank"        \
-    }
-
-const WeightRow WeightTable[] = {
-    PSQ_ROWS(PAWN, 0, "PawnOpening", 8, 4, 8, 0),
-    PSQ_ROWS(PAWN, 1, "PawnEnding", -4, 0, 28, 0),
-    PSQ_ROWS(KNIGHT, 0, "KnightOpening", 20, 14, 12, -16),
-    PSQ_ROWS(KNIGHT, 1, "KnightEnding", 16, 16, 4, -8),
-    PSQ_ROWS(BISHOP, 0, "BishopOpening", 10, 10, 4, -32),
-    PSQ_ROWS(BISHOP, 1, "BishopEnding", 8, 8, 0, 0),
-    PSQ_ROWS(ROOK, 0, "RookOpening", 12, 0, 4, 0),
-    PSQ_ROWS(ROOK, 1, "RookEnding", 0, 0, 8, 0),
-    PSQ_ROWS(QUEEN, 0, "QueenOpening", 4, 4, 0, -8),
-    PSQ_ROWS(QUEEN, 1, "QueenEnding", 12, 12, 4, 0),
-    PSQ_ROWS(KING, 0, "KingOpening", -28, 0, -48, 24),
-    PSQ_ROWS(KING, 1, "KingEnding", 24, 24, 8, 0),
-    {&EndingUnits, 9, "EndingUnits"},
-    {&EndingUnitsNoQueen, 14, "EndingUnitsNoQueen"},
+// The types of the list are made of nothing but ints, so a weight can be read as an array of them.
+#define WEIGHT(type, name, meaning, ...) \
+    {reinterpret_cast<int*>(&name), sizeof(type) / sizeof(int), #name, meaning, {__VA_ARGS__}},
+const WeightRow WeightRows[] = {
+#include "eval/weightlist.inc"
 };
+#undef WEIGHT
 
-#undef PSQ_ROWS
+#define WEIGHT(type, name, meaning, ...) +static_cast<int>(sizeof(type) / sizeof(int))
+constexpr int WEIGHT_COUNT = 0
+#include "eval/weightlist.inc"
+    ;
+#undef WEIGHT
 
 // -3 on the edge, 3 in the middle.
 int CentreStep(int line) {
@@ -61,11 +54,16 @@ int16_t PsqValue(const PsqWeights& weights, int file, int rank) {
 }
 
 void BuildTables() {
-    for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
+    const struct {
+        unsigned Piece;
+        const PsqWeights &Opening, &Ending;
+    } rows[] = {{PAWN, PsqPawnOpening, PsqPawnEnding},       {KNIGHT, PsqKnightOpening, PsqKnightEnding},
+                {BISHOP, PsqBishopOpening, PsqBishopEnding}, {ROOK, PsqRookOpening, PsqRookEnding},
+                {QUEEN, PsqQueenOpening, PsqQueenEnding},    {KING, PsqKingOpening, PsqKingEnding}};
+    for (const auto& [piece, opening, ending] : rows) {
         for (int square = 0; square < 64; ++square) {
             const int file = FileOf(square), rank = RankOf(square);
-            const PsqEntry entry{PsqValue(PsqParameters[piece][0], file, rank),
-                                 PsqValue(PsqParameters[piece][1], file, rank)};
+            const PsqEntry entry{PsqValue(opening, file, rank), PsqValue(ending, file, rank)};
             PsqTable[PsqIndex(piece, WHITE, square)] = entry;
             PsqTable[PsqIndex(piece, BLACK, square ^ 56)] = entry;
         }
@@ -81,12 +79,12 @@ std::vector<int> ReadNumbers(const char* path) {
     // A weight never needs more than five digits; the width keeps a long line from overflowing the number.
     constexpr int LIMIT = 99999;
     int number = 0;
-    while (numbers.size() <= std::size(WeightTable) && std::fscanf(file, "%8d", &number) == 1) {
+    while (numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%8d", &number) == 1) {
         numbers.push_back(std::clamp(number, -LIMIT, LIMIT));
     }
     const bool isWhole = std::feof(file) != 0;
     std::fclose(file);
-    if (!isWhole || numbers.size() != std::size(WeightTable)) numbers.clear();
+    if (!isWhole || numbers.size() != WEIGHT_COUNT) numbers.clear();
     return numbers;
 }
 
@@ -103,14 +101,18 @@ void SetTropism(int raw) {
 }
 
 void InitWeights() {
-    for (const WeightRow& row : WeightTable) *row.Value = row.Default;
+    for (const WeightRow& row : WeightRows) std::copy_n(row.Defaults, row.Count, row.Values);
     BuildTables();
 }
 
 bool LoadWeights(const char* path) {
     const std::vector<int> numbers = ReadNumbers(path);
     if (numbers.empty()) return false;
-    for (size_t i = 0; i < numbers.size(); ++i) *WeightTable[i].Value = numbers[i];
+    const int* next = numbers.data();
+    for (const WeightRow& row : WeightRows) {
+        std::copy_n(next, row.Count, row.Values);
+        next += row.Count;
+    }
     BuildTables();
     return true;
 }
@@ -118,7 +120,9 @@ bool LoadWeights(const char* path) {
 bool WriteWeights(const char* path) {
     std::FILE* file = std::fopen(path, "w");
     if (file == nullptr) return false;
-    for (const WeightRow& row : WeightTable) std::fprintf(file, "%d\n", *row.Value);
+    for (const WeightRow& row : WeightRows) {
+        for (int i = 0; i < row.Count; ++i) std::fprintf(file, "%d\n", row.Values[i]);
+    }
     const bool isWritten = std::ferror(file) == 0;
     return std::fclose(file) == 0 && isWritten;
 }

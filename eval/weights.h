@@ -1,7 +1,11 @@
 #pragma once
 
-// The evaluation's weights. All of them are rows of one table in weights.cpp, whose order is the order of
-// "values.txt". Written at start-up and by LoadWeights only.
+#include <array>
+
+#include "eval/score.h"
+
+// The evaluation's weights: the rows of weightlist.inc, each a global of the name that the row gives it.
+// Written at start-up and by LoadWeights only.
 
 // The parameters from which a piece's square table is made, for one phase, in quarters of a centipawn. The
 // centre steps count -3, -1, 1, 3 from the edge to the middle.
@@ -12,13 +16,14 @@ struct PsqWeights {
     int HomeRank;    // on the own back rank
 };
 
-// By piece code and phase (0 opening, 1 ending).
-extern PsqWeights PsqParameters[8][2];
+template <int length>
+using Ints = std::array<int, length>;
+template <int length>
+using Scores = std::array<Score, length>;
 
-// A side's king needs no shelter any more when the enemy's non-pawn material, in pawn units, is at most the
-// first, or at most the second and without a queen.
-extern int EndingUnits;
-extern int EndingUnitsNoQueen;
+#define WEIGHT(type, name, meaning, ...) extern type name;
+#include "eval/weightlist.inc"
+#undef WEIGHT
 
 // The king-safety settings of the personality: raw value in percent (0..300 in the settings file) and the
 // scaled value that the evaluation uses.

@@ -208,7 +208,7 @@ int TranspositionEntries(int megabytes) {
 }
 
 int PawnEntries(int megabytes) {
-    return megabytes * MEGABYTE / static_cast<int>(sizeof(PawnHashEntry));
+    return megabytes * MEGABYTE / static_cast<int>(sizeof(PawnEntry));
 }
 
 void SetDefaultSettings() {
@@ -252,7 +252,7 @@ void PrintSettings() {
     Print("Transposition size is %d entries (%lld bytes)\n", HashEntries,
           static_cast<long long>(HashEntries) * static_cast<long long>(sizeof(HashEntry)));
     Print("Pawn hash size is %d entries (%lld bytes)\n", PawnHashEntries,
-          static_cast<long long>(PawnHashEntries) * static_cast<long long>(sizeof(PawnHashEntry)));
+          static_cast<long long>(PawnHashEntries) * static_cast<long long>(sizeof(PawnEntry)));
     Print("EGTBHashSize = %d bytes\n", EGTBHashSize);
     Print("Aggressivity = %d (%d)%%\n", Aggressivity.Raw, Aggressivity.Scaled);
     Print("Cowardice = %d (%d)%%\n", Cowardice.Raw, Cowardice.Scaled);
