@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 
 #include "core/types.h"
@@ -50,4 +51,10 @@ constexpr Bitboard ShiftAhead(Bitboard set) {
 // A rank as the side counts it (0 = its own back rank), as a set.
 constexpr Bitboard RelativeRankBits(int side, int rank) {
     return RankBits(side == WHITE ? rank : 7 - rank);
+}
+
+// The steps that a king needs from square to square on an empty board.
+constexpr int Distance(int from, int to) {
+    const int files = FileOf(from) - FileOf(to), ranks = RankOf(from) - RankOf(to);
+    return std::max(files < 0 ? -files : files, ranks < 0 ? -ranks : ranks);
 }

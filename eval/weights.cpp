@@ -5,6 +5,9 @@
 #include <vector>
 
 #include "core/psqt.h"
+#include "eval/materialtable.h"
+#include "eval/pawnhash.h"
+#include "eval/pieces.h"
 #include "platform/output.h"
 
 #define WEIGHT(type, name, meaning, ...) type name;
@@ -46,24 +49,30 @@ int CentreStep(int line) {
     return 2 * std::min(line, 7 - line) - 3;
 }
 
-int16_t PsqValue(const PsqWeights& weights, int file, int rank) {
+// The worth of a man on the square, beyond its plain value.
+int16_t PsqValue(const PsqWeights& weights, int worth, int file, int rank) {
     const int quarters = weights.FileCentre * CentreStep(file) + weights.RankCentre * CentreStep(rank) +
                          weights.Advance * rank + (rank == 0 ? weights.HomeRank : 0);
     // A file of weights may hold anything; thirty-two men must fit into a 16-bit sum.
-    return static_cast<int16_t>(std::clamp(quarters / 4, -1000, 1000));
+    return static_cast<int16_t>(std::clamp(worth + quarters / 4, -1000, 1000));
 }
 
-void BuildTables() {
+void BuildPieceSquareTables() {
     const struct {
         unsigned Piece;
+        Score Worth;
         const PsqWeights &Opening, &Ending;
-    } rows[] = {{PAWN, PsqPawnOpening, PsqPawnEnding},       {KNIGHT, PsqKnightOpening, PsqKnightEnding},
-                {BISHOP, PsqBishopOpening, PsqBishopEnding}, {ROOK, PsqRookOpening, PsqRookEnding},
-                {QUEEN, PsqQueenOpening, PsqQueenEnding},    {KING, PsqKingOpening, PsqKingEnding}};
-    for (const auto& [piece, opening, ending] : rows) {
+    } rows[] = {{PAWN, ManWorth[0], PsqPawnOpening, PsqPawnEnding},
+                {KNIGHT, ManWorth[1], PsqKnightOpening, PsqKnightEnding},
+                {BISHOP, ManWorth[2], PsqBishopOpening, PsqBishopEnding},
+                {ROOK, ManWorth[3], PsqRookOpening, PsqRookEnding},
+                {QUEEN, ManWorth[4], PsqQueenOpening, PsqQueenEnding},
+                {KING, {0, 0}, PsqKingOpening, PsqKingEnding}};
+    for (const auto& [piece, worth, opening, ending] : rows) {
         for (int square = 0; square < 64; ++square) {
             const int file = FileOf(square), rank = RankOf(square);
-            const PsqEntry entry{PsqValue(opening, file, rank), PsqValue(ending, file, rank)};
+            const PsqEntry entry{PsqValue(opening, worth.Opening, file, rank),
+                                 PsqValue(ending, worth.Ending, file, rank)};
             PsqTable[PsqIndex(piece, WHITE, square)] = entry;
             PsqTable[PsqIndex(piece, BLACK, square ^ 56)] = entry;
         }
@@ -71,13 +80,21 @@ void BuildTables() {
     RebuildPsqSums();
 }
 
+// Everything that follows from the weights; what was evaluated with others is forgotten.
+void BuildTables() {
+    BuildPieceSquareTables();
+    FillMaterialTable();
+    FillMobilityTables();
+    ClearPawnHash();
+}
+
 // The integers of a weights file, or nothing when it isn't one.
 std::vector<int> ReadNumbers(const char* path) {
     std::vector<int> numbers;
     std::FILE* file = std::fopen(path, "r");
     if (file == nullptr) return numbers;
-    // A weight never needs more than five digits; the width keeps a long line from overflowing the number.
-    constexpr int LIMIT = 99999;
+    // A weight never needs more than four digits; the width keeps a long line from overflowing the number.
+    constexpr int LIMIT = 9999;
     int number = 0;
     while (numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%8d", &number) == 1) {
         numbers.push_back(std::clamp(number, -LIMIT, LIMIT));

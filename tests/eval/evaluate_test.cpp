@@ -9,6 +9,7 @@
 #include "core/bitboard.h"
 #include "core/board.h"
 #include "core/fen.h"
+#include "eval/pawnhash.h"
 #include "eval/weights.h"
 #include "tests/support/datafile.h"
 #include "tests/support/walker.h"
@@ -33,6 +34,7 @@ void MirrorBoard() {
         AddPiece(square ^ 56, ChangeSide(side), original.PieceOn[square]);
     }
     board.SideToMove = ChangeSide(original.SideToMove);
+    board.CastlingFlags = original.CastlingFlags >> 2 | (original.CastlingFlags & 3) << 2;
 }
 
 TEST_F(EvaluateTest, PhasesAndEndingFlags) {
@@ -62,7 +64,11 @@ TEST_F(EvaluateTest, IsTheSameForBothColours) {
         EXPECT_EQ(Evaluation(), score) << GetFEN();
         board = original;
     };
+    // White's connected pawns read another entry than Black's.
+    PawnConnected = {};
+    ClearPawnHash();
     VisitPositions(20'000 / WORK_DIVISOR, 3, compare);
+    InitWeights();
 }
 
 // Scores are the side to move's, and men count.

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/types.h"
+
+// What each man attacks, for the terms that follow.
+
+// By the square of a king, piece or pawn of the position: what it attacks, pinned or not. Other entries are
+// left over from earlier positions. Pawns have none; their set is whole in `eval_info.attacks`.
+extern Bitboard AttacksFrom[64];
+
+// Fills AttacksFrom and the attack sets of `eval_info`, pins included.
+void BuildAttackSets();
