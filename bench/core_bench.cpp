@@ -8,7 +8,6 @@
 #include "core/evasions.h"
 #include "core/exchange.h"
 #include "core/fen.h"
-#include "core/keys.h"
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movegen.h"
@@ -138,13 +137,3 @@ BENCHMARK(SafeCapture)->Apply(OnPositions);
 BENCHMARK(PerftWalk)->Apply(OnPositions)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    InitHashKeys();
-    InitAttackTables();
-    ResetBoard();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -39,6 +39,12 @@ bool HasLittleMaterial() {
     return UnitsOf(WHITE) < limit || UnitsOf(BLACK) < limit;
 }
 
+void SetPhases(const MaterialEntry& entry) {
+    eval_info.current_phase = entry.current_phase;
+    eval_info.black_phase = entry.black_phase;
+    eval_info.white_phase = entry.white_phase;
+}
+
 bool IsPawnEnding() {
     return UnitsOf(WHITE) + UnitsOf(BLACK) == 0;
 }
@@ -174,15 +180,12 @@ void StoreResult(int* result) {
 }  // namespace
 
 void ComputePhase() {
-    const MaterialEntry entry = CurrentMaterial();
-    eval_info.current_phase = entry.current_phase;
-    eval_info.black_phase = entry.black_phase;
-    eval_info.white_phase = entry.white_phase;
+    SetPhases(CurrentMaterial());
 }
 
 void SetEndingFlags() {
     const MaterialEntry entry = CurrentMaterial();
-    ComputePhase();
+    SetPhases(entry);
     for (const int side : {WHITE, BLACK}) eval_info.ENDING[side] = (entry.Flags[side] & MATERIAL_ENDING) != 0;
 }
 

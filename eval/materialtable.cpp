@@ -55,7 +55,8 @@ int Composition(const Army& own, const Army& enemy) {
     if (own.Knights >= 2) value += KnightPair[0] + KnightPair[1] * pawns;
     if (own.Rooks >= 2) value += RookPair[0] + RookPair[1] * pawns;
     if (own.Pawns == 0 && own.Units() > 0) value += NoPawns;
-    if (own.Units() == 3 && enemy.Units() > 0) value += LoneMinor;
+    const bool isBishopAgainstKnight = own.Minors() * own.Bishops == 1 && enemy.Minors() * enemy.Knights == 1;
+    if (isBishopAgainstKnight) value += LoneMinor[own.Queens * enemy.Queens > 0 ? 1 : 0];
     return value + QueenAgainstPieces(own, enemy) + UnequalPieces(own, enemy);
 }
 

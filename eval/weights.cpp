@@ -50,9 +50,9 @@ int CentreStep(int line) {
 }
 
 // The worth of a man on the square, beyond its plain value.
-int16_t PsqValue(const PsqWeights& weights, int worth, int file, int rank) {
+int16_t PsqValue(const PsqWeights& weights, int worth, int homeRank, int file, int rank) {
     const int quarters = weights.FileCentre * CentreStep(file) + weights.RankCentre * CentreStep(rank) +
-                         weights.Advance * rank + (rank == 0 ? weights.HomeRank : 0);
+                         weights.Advance * rank + (rank == homeRank ? weights.HomeRank : 0);
     // A file of weights may hold anything; thirty-two men must fit into a 16-bit sum.
     return static_cast<int16_t>(std::clamp(worth + quarters / 4, -1000, 1000));
 }
@@ -70,9 +70,9 @@ void BuildPieceSquareTables() {
                 {KING, {0, 0}, PsqKingOpening, PsqKingEnding}};
     for (const auto& [piece, worth, opening, ending] : rows) {
         for (int square = 0; square < 64; ++square) {
-            const int file = FileOf(square), rank = RankOf(square);
-            const PsqEntry entry{PsqValue(opening, worth.Opening, file, rank),
-                                 PsqValue(ending, worth.Ending, file, rank)};
+            const int file = FileOf(square), rank = RankOf(square), home = piece == PAWN ? 1 : 0;
+            const PsqEntry entry{PsqValue(opening, worth.Opening, home, file, rank),
+                                 PsqValue(ending, worth.Ending, home, file, rank)};
             PsqTable[PsqIndex(piece, WHITE, square)] = entry;
             PsqTable[PsqIndex(piece, BLACK, square ^ 56)] = entry;
         }

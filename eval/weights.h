@@ -13,7 +13,7 @@ struct PsqWeights {
     int FileCentre;  // per centre step of the file
     int RankCentre;  // per centre step of the rank
     int Advance;     // per rank from the own back rank
-    int HomeRank;    // on the own back rank
+    int HomeRank;    // on the own back rank; of a pawn, on the second
 };
 
 template <int length>
