@@ -44,14 +44,18 @@ int RookPawnFactor(int file) {
 
 }  // namespace
 
-// Without the pawn, the leader would have to win with pieces alone: the other side gives a minor for it.
+// Without the pawn, the leader would have to win with pieces alone: the other side gives a minor for it. Then
+// a lead of more than a minor wins, except with two knights.
 int ScaleOnePawn(int score) {
     const EndingView view = Leader(score);
     const int lead = view.Units(view.Strong) - view.Units(view.Weak);
     if (view.Count(PAWN, view.Strong) == 0) {
         return lead <= MINOR_UNITS ? ScaleScore(score, LastPawnFactor) : score;
     }
-    if (board.MinorCount[view.Weak] == 0 || lead > 0) return score;
+    const bool isTwoKnights =
+        view.Units(view.Strong) == 2 * MINOR_UNITS && view.Count(KNIGHT, view.Strong) == 2;
+    const int enough = isTwoKnights ? MINOR_UNITS : 0;
+    if (board.MinorCount[view.Weak] == 0 || lead > enough) return score;
     score = ScaleScore(score, LastPawnFactor);
     const bool isBlocked = HaveUnits(view, MINOR_UNITS) && IsBlockedForGood(view);
     return isBlocked ? ScaleScore(score, LastPawnBlockedFactor) : score;

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <string>
 
 #include "core/bitboard.h"
 #include "core/board.h"
@@ -90,6 +90,78 @@ TEST_F(EndingsTest, DrivesTowardsTheMate) {
     };
     for (const auto& [before, after] : rows) {
         EXPECT_GT(WhiteScore(after), WhiteScore(before)) << before << " " << after;
+    }
+}
+
+// What is left of a good score for White, whatever the position's own may be; the same in all mirror images.
+int LeftOf(int score, const char* fen) {
+    const auto scale = [&](int sign) {
+        eval_info = EvalInfo{};
+        eval_info.margin = 8 * score;
+        int result = 0;
+        const auto units = std::min(board.PieceMaterial[WHITE], board.PieceMaterial[BLACK]);
+        EXPECT_FALSE(units < 9 && EvaluateLowMaterial(&result)) << fen;
+        const int left = ScaleDrawishMaterial(sign * score);
+        EXPECT_TRUE(left == 0 || eval_info.margin == 8 * sign * left) << fen << " scales the margin, too";
+        return sign * left;
+    };
+    LoadFEN(fen);
+    const int left = scale(-1);
+    for (const int flip : {56, 7, 56}) {
+        Reflect(flip);
+        EXPECT_EQ(scale(board.SideToMove == WHITE ? -1 : 1), left) << fen << " reflected";
+    }
+    return left;
+}
+
+// By White's advantage in a drawish position and in one that isn't, or less so.
+TEST_F(EndingsTest, ScalesDrawishMaterial) {
+    const struct {
+        const char *Drawish, *Better;
+    } rows[] = {
+        // The king stands before all pawns.
+        {"2k5/8/2b5/8/8/1PP5/8/2K1B3 w - -", "6k1/8/2n5/8/8/1PP5/8/2K1N3 w - -"},
+        // Rook and pawn: the king before the pawn, the attacker's king away, the third rank.
+        {"3k4/8/8/3PK3/8/8/r7/7R w - -", "8/8/8/k2PK3/8/8/r7/7R w - -"},
+        {"3k4/8/8/3P4/5K2/8/r7/7R w - -", "3k4/8/8/3PK3/8/8/r7/7R w - -"},
+        {"3k4/8/r7/3PK3/8/8/8/7R w - -", "3k4/8/8/3PK3/r7/8/8/7R w - -"},
+        {"k7/8/8/P7/8/1K6/8/r6R w - -", "1K6/1P2k3/8/8/8/8/r7/2R5 w - -"},
+        // A minor can be had for the last pawn; bishops of one colour don't drive the king off.
+        {"4k3/8/3n4/8/4P3/8/8/K4N2 w - -", "4k3/8/3n4/8/4P3/8/8/K4BN1 w - -"},
+        {"4k3/8/3n4/8/4P3/8/8/K4NN1 w - -", "4k3/8/3n4/8/4P3/8/8/K4BN1 w - -"},
+        {"3k4/8/8/3P4/8/4K3/4B3/6b1 w - -", "8/8/6k1/3P4/8/4K3/4B3/6b1 w - -"},
+        // Two pawns against one.
+        {"6k1/6p1/8/8/8/8/r4PPK/1R6 w - -", "6k1/1p6/8/8/8/8/r4PPK/1R6 w - -"},
+        {"6k1/6p1/8/8/8/8/b4PPK/1N6 w - -", "6k1/1p6/8/8/8/8/b4PPK/1N6 w - -"},
+        // Opposite bishops, alone and with rooks.
+        {"4k1b1/pp3p2/8/8/8/8/PPP2PP1/4K1B1 w - -", "4k1b1/pp3p2/8/8/8/8/PPP2PP1/4KB2 w - -"},
+        {"r3k1b1/pp3p2/8/8/8/8/PPP2PP1/R3K1B1 w - -", "r3k1b1/pp3p2/8/8/8/8/PPP2PP1/R3KB2 w - -"},
+        {"4k1b1/pp3p2/8/8/8/8/PPP2PP1/4K1B1 w - -", "r3k1b1/pp3p2/8/8/8/8/PPP2PP1/R3K1B1 w - -"},
+        // All on one wing, or few at all.
+        {"6k1/5pp1/7p/8/8/5N2/5PPP/b5K1 w - -", "6k1/1p3pp1/7p/8/8/5N2/5PPP/b5K1 w - -"},
+        {"r5k1/5pp1/7p/8/8/6P1/R4PKP/8 w - -", "r5k1/p4pp1/8/8/8/6P1/RP3PKP/8 w - -"},
+        {"r5k1/5p2/p7/8/8/8/R1P3K1/7P w - -", "r5k1/5p2/p7/8/P7/8/R1P3K1/7P w - -"},
+        // No pawns and not enough pieces.
+        {"4k3/8/8/3q4/8/8/8/K2QB3 w - -", "4k3/8/8/3q4/8/8/8/K2QR3 w - -"},
+    };
+    constexpr int SCORE = 1 << 14;
+    for (const auto& [drawish, better] : rows) {
+        EXPECT_LE(2 * LeftOf(SCORE, drawish), LeftOf(SCORE, better)) << drawish;
+    }
+    EXPECT_EQ(LeftOf(SCORE, "1K6/1P2k3/8/8/8/8/r7/2R5 w - -"), SCORE) << "the bridge is a win";
+}
+
+TEST_F(EndingsTest, NobodyWinsWithoutMatingMaterial) {
+    // White can't: a lone minor, two knights, a wrong bishop with the black king in the corner.
+    for (const char* fen : {"4k3/8/8/3pp3/8/8/8/K2B4 w - -", "4k3/8/8/3r4/3n4/8/8/KNN5 w - -",
+                            "k7/8/6p1/P7/8/6p1/8/K3B3 w - -"}) {
+        LoadFEN(fen);
+        int result = 0;
+        EvaluateLowMaterial(&result);
+        EXPECT_TRUE(eval_info.cannot_win[WHITE]) << fen;
+        EXPECT_FALSE(eval_info.cannot_win[BLACK]) << fen;
+        EXPECT_EQ(ClampNoWin(-100), 0) << fen;
+        EXPECT_EQ(ClampNoWin(100), 100) << fen;
     }
 }
 
