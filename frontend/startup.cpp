@@ -9,6 +9,7 @@
 #include "core/keys.h"
 #include "core/movescore.h"
 #include "egtb/tablebases.h"
+#include "eval/bitbase.h"
 #include "eval/weights.h"
 #include "frontend/commands.h"
 #include "frontend/hashtables.h"
@@ -29,6 +30,7 @@ constexpr char DEFAULT_BOOK[] = "Book.kvb";
 void BuildTables() {
     InitHashKeys();
     InitAttackTables();
+    InitPawnBitbase();
     ReloadWeights();
     ClearRecaptureStatistics();
 }

@@ -1,0 +1,54 @@
+#include <algorithm>
+
+#include "eval/endings.h"
+#include "eval/evaluate.h"
+#include "eval/fewpawns.h"
+#include "eval/materialtable.h"
+#include "eval/mating.h"
+#include "eval/pieceendings.h"
+
+namespace {
+
+constexpr int SURE_WIN_LIMIT = 20000;  // only boards set up by hand get there
+
+void SetNoWinFlags(const EndingView& view) {
+    const MaterialEntry material = CurrentMaterial();
+    for (const int side : {WHITE, BLACK}) {
+        eval_info.cannot_win[side] = (material.Flags[side] & MATERIAL_CANNOT_WIN) != 0;
+    }
+    if (IsCornerHeld(view)) eval_info.cannot_win[view.Strong] = 1;
+}
+
+// The single piece of the strong side against a single pawn.
+int PieceAgainstPawn(const EndingView& view) {
+    switch (view.Units(view.Strong)) {
+        case PieceUnits[QUEEN]:
+            return view.Count(QUEEN, view.Strong) == 1 ? QueenAgainstPawn(view) : UNKNOWN_ENDING;
+        case PieceUnits[ROOK]:
+            return RookAgainstPawn(view);
+        case PieceUnits[KNIGHT]:
+            return MinorAgainstPawn(view);
+        default:
+            return UNKNOWN_ENDING;
+    }
+}
+
+int EndingScore(const EndingView& view) {
+    const int strongPawns = view.Count(PAWN, view.Strong), weakPawns = view.Count(PAWN, view.Weak);
+    if (view.IsWeakBare()) return BareKingScore(view);
+    if (strongPawns == 0 && weakPawns == 0) return PieceEndingScore(view);
+    if (strongPawns == 0 && weakPawns == 1 && view.Units(view.Weak) == 0) return PieceAgainstPawn(view);
+    return UNKNOWN_ENDING;
+}
+
+}  // namespace
+
+bool EvaluateLowMaterial(int* result) {
+    const EndingView view(board.Material[BLACK] > board.Material[WHITE] ? BLACK : WHITE);
+    SetNoWinFlags(view);
+    const int score = EndingScore(view);
+    if (score == UNKNOWN_ENDING) return false;
+    const int bounded = std::clamp(score, -SURE_WIN_LIMIT, SURE_WIN_LIMIT);
+    *result = view.IsStrongToMove ? bounded : -bounded;
+    return true;
+}

@@ -1,0 +1,88 @@
+#include "eval/smallpawncounts.h"
+
+#include "eval/endingview.h"
+#include "eval/evaluate.h"
+#include "eval/pieceendings.h"
+#include "eval/weights.h"
+
+namespace {
+
+constexpr int MINOR_UNITS = 3;
+constexpr int ROOK_UNITS = 5;
+
+// The side that a Black-positive score favours.
+EndingView Leader(int score) {
+    return EndingView(score > 0 ? BLACK : WHITE);
+}
+
+bool HaveUnits(const EndingView& view, int units) {
+    return view.Units(view.Strong) == units && view.Units(view.Weak) == units;
+}
+
+// Whether the defending king stands on the pawn's way where the strong side's piece can't drive it off: a
+// bishop not of the square's colour, or a knight, which may, but seldom does.
+bool IsBlockedForGood(const EndingView& view) {
+    const int pawn = view.FirstPawn(), king = view.WeakKing;
+    if (FileOf(king) != FileOf(pawn) || RankOf(king) < RankOf(pawn)) return false;
+    if (view.Count(BISHOP, view.Strong) == 0) return true;
+    return IsLightSquare(view.SquareOf(BISHOP, view.Strong)) != IsLightSquare(king);
+}
+
+// The third rank, as the defender counts it, can't be crossed by the attacker's king before the pawn is on
+// it; when it is, the rook gives checks from behind.
+bool IsThirdRankHeld(const EndingView& view) {
+    constexpr int THIRD_RANK = 5;  // as the attacker counts
+    const int rook = view.SquareOf(ROOK, view.Weak), pawn = view.FirstPawn();
+    return RankOf(rook) == THIRD_RANK && RankOf(pawn) < THIRD_RANK && RankOf(view.StrongKing) < THIRD_RANK &&
+           std::abs(FileOf(view.WeakKing) - FileOf(pawn)) <= 1;
+}
+
+int RookPawnFactor(int file) {
+    if (file == 0 || file == 7) return RookEndingRookPawnFactor;
+    return file == 1 || file == 6 ? RookEndingKnightPawnFactor : RookEndingCentreFactor;
+}
+
+}  // namespace
+
+// Without the pawn, the leader would have to win with pieces alone: the other side gives a minor for it. Then
+// a lead of more than a minor wins, except with two knights.
+int ScaleOnePawn(int score) {
+    const EndingView view = Leader(score);
+    const int lead = view.Units(view.Strong) - view.Units(view.Weak);
+    if (view.Count(PAWN, view.Strong) == 0) {
+        return lead <= MINOR_UNITS ? ScaleScore(score, LastPawnFactor) : score;
+    }
+    const bool isTwoKnights =
+        view.Units(view.Strong) == 2 * MINOR_UNITS && view.Count(KNIGHT, view.Strong) == 2;
+    const int enough = isTwoKnights ? MINOR_UNITS : 0;
+    if (board.MinorCount[view.Weak] == 0 || lead > enough) return score;
+    score = ScaleScore(score, LastPawnFactor);
+    const bool isBlocked = HaveUnits(view, MINOR_UNITS) && IsBlockedForGood(view);
+    return isBlocked ? ScaleScore(score, LastPawnBlockedFactor) : score;
+}
+
+int ScaleThreePawns(int score) {
+    const EndingView view = Leader(score);
+    const int pawns = view.Count(PAWN, view.Strong), lead = view.Units(view.Strong) - view.Units(view.Weak);
+    if (pawns == 2 && HaveUnits(view, ROOK_UNITS)) {
+        return AreAllPawnsOnOneWing() ? ScaleScore(score, ThreePawnsRookFactor) : score;
+    }
+    if (view.Units(view.Strong) != MINOR_UNITS) return score;
+    const bool isEven = pawns == 2 && lead == 0 && AreAllPawnsOnOneWing();
+    const bool isLastPawn = pawns == 1 && lead == MINOR_UNITS;
+    return isEven || isLastPawn ? ScaleScore(score, ThreePawnsMinorFactor) : score;
+}
+
+int ScaleRookAndPawn(int score) {
+    const int pawnSide = board.PieceNumber[PAWN][WHITE] == 1 ? WHITE : BLACK;
+    const EndingView view(pawnSide);
+    const bool isSinglePawn = view.Count(PAWN, view.Strong) == 1 && view.Count(PAWN, view.Weak) == 0;
+    if (!isSinglePawn || !HaveUnits(view, ROOK_UNITS)) return score;
+    const int pawn = view.FirstPawn(), file = FileOf(pawn), rank = RankOf(pawn);
+    const auto isBeside = [&](int king) { return std::abs(FileOf(king) - file) <= 1; };
+    if (!isBeside(view.WeakKing) || RankOf(view.WeakKing) <= rank) return score;
+    score = ScaleScore(score, RookPawnFactor(file));
+    const bool isSupported = isBeside(view.StrongKing) && RankOf(view.StrongKing) >= rank;
+    if (!isSupported) score = ScaleScore(score, RookEndingUnsupportedFactor);
+    return IsThirdRankHeld(view) ? ScaleScore(score, RookEndingThirdRankFactor) : score;
+}

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+
+#include "core/attackquery.h"
+#include "core/board.h"
+#include "core/fen.h"
+#include "core/makemove.h"
+#include "eval/evaluate.h"
+#include "search/draws.h"
+#include "search/modes.h"
+#include "search/ordering.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+#include "search/transposition.h"
+#include "tests/support/pipeinput.h"
+#include "tests/support/walker.h"
+
+namespace {
+
+// The program plays both sides of an ending that must be won, with short searches.
+class MatingTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        HashEntries = 1 << 14;
+        ASSERT_TRUE(AllocateTransposition());
+        NodeLimit = MateSearch = SearchMovesCount = DrawScore = UciMode = PostMode = 0;
+        EngineTime = NO_CLOCK;
+        SetNoTimeLimit();
+    }
+    void TearDown() override {
+        FreeTransposition();
+        HashEntries = NodeLimit = 0;
+        ResetBoard();
+    }
+
+    static void Forget() {
+        ClearHash();
+        ClearOrdering();
+        ResetRootMemory();
+    }
+
+    // A random legal position with White on move, nobody in check and no piece of White's to be taken. Two
+    // bishops stand on squares of both colours.
+    void PlaceMen(const std::string& pieces) {
+        do {
+            std::string squares(64, '1');
+            for (const char letter : pieces) squares[FreeSquare(squares)] = letter;
+            for (int rank = 1; rank < 8; ++rank) squares.insert(static_cast<size_t>(rank * 9 - 1), "/");
+            LoadFEN((squares + " w - -").c_str());
+        } while (!IsQuietStart());
+    }
+
+    // Whether the game ends with mate within fifty moves.
+    static bool IsMateReached(int depth) {
+        Forget();
+        for (int ply = 0; ply < 100; ++ply) {
+            if (LegalMoves().empty()) return IsKingAttacked(board.SideToMove);
+            ClearRequests();
+            StartSearchClock();
+            EngineSide = board.SideToMove;
+            IterativeDeepening(depth, 0);
+            MakeMove(RootMove(0), 1);
+        }
+        return LegalMoves().empty() && IsKingAttacked(board.SideToMove);
+    }
+
+    void ExpectMates(const std::string& pieces, int games, int depth) {
+        for (int game = 0; game < std::max(1, games / WORK_DIVISOR); ++game) {
+            PlaceMen(pieces);
+            // The text leaves the black king out.
+            const std::string start = GetFEN() + " k" + std::to_string(board.KingSquare[BLACK]);
+            EXPECT_TRUE(IsMateReached(depth)) << start;
+        }
+    }
+
+  private:
+    size_t FreeSquare(const std::string& squares) {
+        size_t square = random_() % 64;
+        while (squares[square] != '1') square = random_() % 64;
+        return square;
+    }
+
+    static bool IsQuietStart() {
+        const Bitboard white = board.Occupied[WHITE], light = 0x55AA55AA55AA55AAu;
+        const Bitboard bishops = board.Pieces[BISHOP][WHITE];
+        const bool arePaired =
+            board.PieceNumber[BISHOP][WHITE] < 2 || ((bishops & light) && (bishops & ~light));
+        const auto king = static_cast<int>(board.KingSquare[BLACK]);
+        return arePaired && !IsKingAttacked(BLACK) && !(AttacksFrom(king, BLACK, KING) & white);
+    }
+
+    std::mt19937 random_{11};
+    PipeInput input_;
+};
+
+TEST_F(MatingTest, MatesInFiftyMoves) {
+    ExpectMates("KQk", 10, 4);
+    ExpectMates("KRk", 10, 4);
+    ExpectMates("KBBk", 6, 6);
+    ExpectMates("KBNk", 4, 8);
+}
+
+}  // namespace
