@@ -10,6 +10,8 @@ constexpr Bitboard FILE_H = FILE_A << 7;
 constexpr Bitboard RANK_1 = 0xFF;
 constexpr Bitboard RANK_8 = RANK_1 << 56;
 
+constexpr Bitboard LIGHT_SQUARES = 0x55AA55AA55AA55AAu;
+
 constexpr Bitboard RankBits(int rank) {
     return RANK_1 << (8 * rank);
 }

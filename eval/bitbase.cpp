@@ -21,8 +21,8 @@ constexpr int PawnSquare(int index) {
     return MakeSquare(index % 4, index / 4);
 }
 
-// The squares next to a square of the set.
-constexpr Bitboard Neighbours(Bitboard set) {
+// The squares next to a square of the set, as kings go.
+constexpr Bitboard KingReach(Bitboard set) {
     const Bitboard beside = (set << 1 & ~FILE_A) | (set >> 1 & ~FILE_H);
     const Bitboard row = set | beside;
     return beside | row << 8 | row >> 8;
@@ -61,7 +61,7 @@ Bitboard WonOnMove(int king, int pawn) {
 Bitboard WonAgainstMove(int king, int pawn) {
     const Bitboard targets = ~(KingTargets[king] | SquareBit(king) | PawnCaptures[WHITE][pawn]);
     const Bitboard refuges = targets & ~Won[WHITE][PawnIndex(pawn)][king];
-    return PlacesOfWeakKing(king, pawn) & Neighbours(targets) & ~Neighbours(refuges);
+    return PlacesOfWeakKing(king, pawn) & KingReach(targets) & ~KingReach(refuges);
 }
 
 // One pass over the white king's squares; whether it found a win.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -14,16 +13,9 @@
 // Not a score: the ending isn't known.
 constexpr int UNKNOWN_ENDING = std::numeric_limits<int>::min();
 
-constexpr int KingDistance(int from, int to) {
-    const int files = FileOf(from) - FileOf(to), ranks = RankOf(from) - RankOf(to);
-    return std::max(files < 0 ? -files : files, ranks < 0 ? -ranks : ranks);
-}
-
 constexpr bool IsLightSquare(int square) {
     return ((FileOf(square) ^ RankOf(square)) & 1) != 0;
 }
-
-constexpr Bitboard LIGHT_SQUARES = 0x55AA55AA55AA55AAu;
 
 struct EndingView {
     int Strong;

@@ -53,13 +53,16 @@ int Taper(int64_t opening, int64_t ending, int phase) {
     return static_cast<int>(((PHASE_LIMIT - phase) * opening + phase * ending) / PHASE_LIMIT);
 }
 
+// Centipawns by the number of files with passed pawns.
+constexpr int RookAgainstMinors[9] = {0, 5, 10, 15, 20, 20, 20, 20, 20};
+
 // A rook against two minors, a knight among them, is worth more with passed pawns to support.
 void EvaluateRookAgainstMinors() {
     for (const int side : {WHITE, BLACK}) {
         const int enemy = ChangeSide(side);
         if (UnitsOf(side) != 5 || UnitsOf(enemy) != 6 || board.PieceNumber[KNIGHT][enemy] == 0) continue;
-        const size_t files = static_cast<size_t>(CountSquares(pawn_cache.PassedVector(side)));
-        eval_info.score += SignOf(side) * RookAgainstMinors[std::min(files, RookAgainstMinors.size() - 1)];
+        const int files = CountSquares(pawn_cache.PassedVector(side));
+        eval_info.score += SignOf(side) * RookAgainstMinors[files];
     }
 }
 

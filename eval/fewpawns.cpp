@@ -21,8 +21,8 @@ struct Race {
         : Pawn(view.SquareOf(PAWN, view.Weak)),
           Promotion(FileOf(Pawn)),
           Steps(RankOf(Pawn)),
-          StrongKing(KingDistance(view.StrongKing, Promotion) + (view.IsStrongToMove ? 0 : 1)),
-          WeakKing(KingDistance(view.WeakKing, Pawn) - (view.IsStrongToMove ? 0 : 1)) {}
+          StrongKing(Distance(view.StrongKing, Promotion) + (view.IsStrongToMove ? 0 : 1)),
+          WeakKing(Distance(view.WeakKing, Pawn) - (view.IsStrongToMove ? 0 : 1)) {}
 };
 
 // A win in the end, the surer the nearer the strong king is.
@@ -39,7 +39,7 @@ int QueenAgainstPawn(const EndingView& view) {
     const Race race(view);
     const int win = WinScore(view, race), file = FileOf(race.Pawn);
     const bool isRookFile = file == 0 || file == 7, isBishopFile = file == 2 || file == 5;
-    const bool isSupported = KingDistance(view.WeakKing, race.Pawn) <= 1;
+    const bool isSupported = Distance(view.WeakKing, race.Pawn) <= 1;
     if (race.Steps > 1 || !isSupported || !(isRookFile || isBishopFile)) return win;
     if (race.StrongKing >= TOO_FAR) return view.Lead() / DRAWISH_SHARE;
     return isBishopFile && race.StrongKing == TOO_FAR - 1 ? win / 2 : win;

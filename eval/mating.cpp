@@ -1,5 +1,8 @@
 #include "eval/mating.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "eval/bitbase.h"
 #include "eval/weights.h"
 
@@ -11,7 +14,7 @@ int EdgeStep(int line) {
 }
 
 int Nearness(const EndingView& view) {
-    return (7 - KingDistance(view.StrongKing, view.WeakKing)) * DriveKing;
+    return (7 - Distance(view.StrongKing, view.WeakKing)) * DriveKing;
 }
 
 // Bishop and knight mate in the bishop's corners only.
@@ -44,7 +47,7 @@ bool IsKnightHeldOff(const EndingView& view) {
     if (view.Units(view.Strong) != 3 || view.Count(KNIGHT, view.Strong) != 1) return false;
     if (view.Count(PAWN, view.Strong) != 1) return false;
     const int pawn = view.FirstPawn(), file = FileOf(pawn);
-    return RankOf(pawn) == 6 && (file == 0 || file == 7) && KingDistance(view.WeakKing, pawn + 8) <= 1;
+    return RankOf(pawn) == 6 && (file == 0 || file == 7) && Distance(view.WeakKing, pawn + 8) <= 1;
 }
 
 // Whether some pawn goes through with nothing but its king's help.
@@ -76,9 +79,9 @@ int WithPawnsScore(const EndingView& view) {
 // Whether the weak king is beside the corner already, where nothing drives it off, or gets there before the
 // strong king and the pawn. Of all placings of a bishop and a pawn this fits all but one in a thousand.
 bool GetsToCorner(const EndingView& view, int corner) {
-    const int distance = KingDistance(view.WeakKing, corner), steps = distance + view.IsStrongToMove;
+    const int distance = Distance(view.WeakKing, corner), steps = distance + view.IsStrongToMove;
     const int pawnSteps = 7 - RankOf(view.FirstPawn());
-    return distance <= 1 || (steps < pawnSteps && steps < KingDistance(view.StrongKing, corner));
+    return distance <= 1 || (steps < pawnSteps && steps < Distance(view.StrongKing, corner));
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr Bitboard LIGHT_SQUARES = 0x55AA55AA55AA55AA;
 constexpr Bitboard CENTRE_FILES = FileBits(2) | FileBits(3) | FileBits(4) | FileBits(5);
 constexpr Bitboard WINGS = FileBits(0) | FileBits(7);
 constexpr int MOBILITY_ROOM = 28;
@@ -79,7 +78,6 @@ struct Pieces {
             Credit<side>(Mobility[piece].Values[moves]);
             if constexpr (piece == KNIGHT || piece == BISHOP) EvaluateMinor<piece>(square);
             if constexpr (piece == ROOK) EvaluateRook(square, moves);
-            if constexpr (piece == QUEEN) EvaluateSeventh(square, QueenSeventh);
         }
     }
 
@@ -122,7 +120,7 @@ struct Pieces {
         }
         const Bitboard rooks = board.Pieces[ROOK][side] & ~SquareBit(square);
         if ((rooks & file & AttacksFrom[square]) != 0) Credit<side>(RookDoubled);
-        EvaluateSeventh(square, RookSeventh);
+        EvaluateSeventh(square);
     }
 
     // A rook that the own king shuts in on its wing; worse when castling can't free it any more.
@@ -136,11 +134,11 @@ struct Pieces {
     }
 
     // The seventh rank counts while it holds the enemy king back or has pawns to take.
-    void EvaluateSeventh(int square, Score bonus) const {
+    void EvaluateSeventh(int square) const {
         if (RelativeRank(side, square) != 6) return;
         const bool hasAim = (EnemyPawns & RelativeRankBits(side, 6)) != 0 ||
                             RelativeRank(side, static_cast<int>(board.KingSquare[enemy])) == 7;
-        if (hasAim) Credit<side>(bonus);
+        if (hasAim) Credit<side>(RookSeventh);
     }
 
     void Evaluate() const {

@@ -43,6 +43,7 @@ constexpr int WEIGHT_COUNT = 0
 #include "eval/weightlist.inc"
     ;
 #undef WEIGHT
+static_assert(WEIGHT_COUNT == 327, "the form of values.txt");
 
 // -3 on the edge, 3 in the middle.
 int CentreStep(int line) {
