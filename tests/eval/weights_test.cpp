@@ -2,28 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "core/board.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
-#include "eval/evaluate.h"
+#include "tests/eval/evaltest.h"
 #include "tests/support/datafile.h"
 #include "tests/support/tempdirectory.h"
-#include "tests/support/walker.h"
 
 namespace {
 
-class WeightsTest : public CoreTest {
+class WeightsTest : public EvalTest {
   protected:
     void SetUp() override {
-        InitWeights();
-        CoreTest::SetUp();
+        EvalTest::SetUp();
+        UsePawnHash(1000);
         MakeMove(TextToMove("e2e4"), 1);
-    }
-    void TearDown() override {
-        InitWeights();
-        ResetBoard();
     }
 
     // The weights in force as their file.
@@ -40,12 +37,6 @@ class WeightsTest : public CoreTest {
     TempDirectory directory_;
 };
 
-int Evaluation() {
-    int result = 0;
-    Evaluate(&result);
-    return result;
-}
-
 TEST_F(WeightsTest, AreReadBackAsWritten) {
     const std::string defaults = Written();
     const int score = Evaluation();
@@ -55,7 +46,10 @@ TEST_F(WeightsTest, AreReadBackAsWritten) {
     for (size_t i = 0; i < count; ++i) changed += std::to_string(value = -value + 7) + "\n";
     ASSERT_TRUE(Load(changed));
     EXPECT_EQ(Written(), changed) << "every row has a value of its own";
-    EXPECT_NE(Evaluation(), score) << "the sums on the board follow";
+    const int changedScore = Evaluation();
+    EXPECT_NE(changedScore, score) << "the sums on the board follow";
+    ClearPawnHash();
+    EXPECT_EQ(Evaluation(), changedScore) << "what was kept about the pawns is forgotten";
     ASSERT_TRUE(Load(defaults));
     EXPECT_EQ(Evaluation(), score);
     UnmakeMove();
@@ -83,6 +77,19 @@ TEST_F(WeightsTest, ADamagedFileChangesNothing) {
     EXPECT_FALSE(LoadWeights(directory_.FilePath("absent").c_str()));
     EXPECT_FALSE(WriteWeights(directory_.FilePath("absent/weights").c_str()));
     EXPECT_EQ(Written(), defaults);
+}
+
+TEST_F(WeightsTest, EvenWildOnesGiveAScore) {
+    const size_t count = SplitWords(Written()).size();
+    for (const auto& [even, odd] :
+         {std::pair{99999, 99999}, {-99999, -99999}, {99999, -99999}, {-99999, 99999}}) {
+        std::string wild;
+        for (size_t i = 0; i < count; ++i) wild += std::to_string(i % 2 == 0 ? even : odd) + "\n";
+        ASSERT_TRUE(Load(wild));
+        const auto check = [] { EXPECT_LE(std::abs(Evaluation()), SCORE_LIMIT); };
+        VisitRandomBoards(1000 / WORK_DIVISOR, 9, check);
+        VisitPositions(1000 / WORK_DIVISOR, 10, check);
+    }
 }
 
 }  // namespace

@@ -7,13 +7,16 @@
 #include "eval/weights.h"
 
 // The main procedure of the test programs from the evaluation room upwards: all tables are built, the weights
-// have their defaults.
+// and the personality have their defaults.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     InitHashKeys();
     InitAttackTables();
     InitPawnBitbase();
     InitWeights();
+    SetAggressivity(100);
+    SetCowardice(100);
+    SetTropism(100);
     ResetBoard();
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,7 @@
 #include "tests/support/walker.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <iterator>
 #include <random>
@@ -11,6 +12,7 @@
 #include "core/makemove.h"
 #include "core/movelist.h"
 #include "core/movetext.h"
+#include "core/positionfault.h"
 #include "tests/support/positions.h"
 
 void CoreTest::SetUp() {
@@ -64,5 +66,40 @@ void VisitPositions(int positions, uint64_t seed, const std::function<void()>& v
                 MakeMove(played.back(), 1);
             }
         }
+    }
+}
+
+void VisitRandomBoards(int boards, uint64_t seed, const std::function<void()>& visit) {
+    std::mt19937_64 random(seed);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<uint64_t>(limit)); };
+    const auto colour = [](int side, char letter) {
+        return static_cast<char>(side == WHITE ? letter : std::tolower(letter));
+    };
+    while (boards > 0) {
+        std::string men(64, '1');
+        const auto place = [&](int side, int file, int rank, char letter) {
+            char& man = men[static_cast<size_t>((side == WHITE ? 7 - rank : rank) * 8 + file)];
+            if (man == '1') man = colour(side, letter);
+        };
+        const int pieces = below(8), pawns = below(9);
+        for (const int side : {WHITE, BLACK}) {
+            if (below(3) == 0) {
+                place(side, 4, 0, 'K');
+                for (const int file : {0, 7}) place(side, file, 0, "R1"[below(2)]);
+            } else {
+                place(side, below(8), below(4) == 0 ? below(8) : below(2), 'K');
+            }
+            for (int i = below(3); i < pawns; ++i)
+                place(side, below(8), 1 + std::min(below(6), below(6)), 'P');
+            for (int i = below(3); i < pieces; ++i) place(side, below(8), below(8), "QQQRRBBNN"[below(9)]);
+        }
+        std::string text;
+        for (size_t row = 0; row < 64; row += 8) text += men.substr(row, 8) + (row < 56 ? "/" : "");
+        text += below(2) == 0 ? " w KQkq -" : " b KQkq -";
+        LoadFEN(text.c_str());
+        if (FindPositionFault() != nullptr) continue;
+        visit();
+        if (testing::Test::HasFailure()) ADD_FAILURE() << text;
+        if (--boards <= 0 || testing::Test::HasFailure()) return;
     }
 }

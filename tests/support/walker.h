@@ -40,3 +40,8 @@ std::string TextOf(const std::vector<Move>& moves);
 // preferred, so that rare men and moves are met. `visit` must leave the board as it was; the walk ends after
 // `positions` of them or after the first failure.
 void VisitPositions(int positions, uint64_t seed, const std::function<void()>& visit);
+
+// Puts men on the board at random and calls `visit` for every position that a game could have: kings on all
+// squares but mostly at home, with and without castling rights; pawns mostly near home; from no piece at all
+// to three queens of a side. Ends after `boards` of them or after the first failure.
+void VisitRandomBoards(int boards, uint64_t seed, const std::function<void()>& visit);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "eval/evaluate.h"
+#include "eval/pawnhash.h"
+#include "eval/weights.h"
+#include "tests/support/walker.h"
+
+// What the tests of the evaluation share: default weights, a personality of 100 percent and no pawn hash to
+// begin with, and whatever a test changes of that is put back.
+class EvalTest : public CoreTest {
+  protected:
+    void SetUp() override {
+        CoreTest::SetUp();
+        UseDefaults();
+    }
+    void TearDown() override {
+        FreePawnHash();
+        PawnHashEntries = entries_;
+        UseDefaults();
+        ResetBoard();
+    }
+
+    // Replaces the pawn hash by an empty one.
+    static void UsePawnHash(int entries) {
+        PawnHashEntries = entries;
+        ASSERT_TRUE(AllocatePawnHash());
+    }
+    // Off, always overwritten, and as the program has it.
+    std::array<int, 3> PawnHashSizes() const { return {0, 1, entries_}; }
+
+    static int Evaluation() {
+        int result = -32700;
+        Evaluate(&result);
+        return result;
+    }
+
+  private:
+    static void UseDefaults() {
+        InitWeights();
+        SetAggressivity(100);
+        SetCowardice(100);
+        SetTropism(100);
+        EngineSide = BLACK;
+    }
+
+    const int entries_ = PawnHashEntries;
+};
