@@ -111,7 +111,7 @@ TEST(InterpreterTest, CountsPerftAndReportsTheEvaluation) {
     EXPECT_TRUE(report.starts_with("Heuristic = ")) << report;
     EXPECT_NE(report.find("\ncurrent_phase = 0, black_phase = 0, white_phase = 0\n"), std::string::npos);
     EXPECT_NE(report.find("\nENDING(WHITE) = 0 ENDING(BLACK) = 0\n"), std::string::npos);
-    EXPECT_TRUE(report.ends_with("\nShelter[BLACK] = 0 Shelter[WHITE] = 0\nDng = 0\n")) << report;
+    EXPECT_TRUE(report.ends_with("\nShelter[BLACK] = 24 Shelter[WHITE] = 24\nDng = 24\n")) << report;
 }
 
 // Two ways to the same position.
