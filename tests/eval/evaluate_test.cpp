@@ -10,6 +10,7 @@
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/material.h"
+#include "eval/kingattack.h"
 #include "tests/eval/evaltest.h"
 #include "tests/support/datafile.h"
 #include "tests/support/slowpawns.h"
@@ -158,6 +159,38 @@ TEST_F(EvaluateTest, IsDifferentForTheColoursWhereItMeansToBe) {
     EXPECT_NE(scores.Original, scores.Mirrored);
 }
 
+// From the taper to the bonus, where all pieces are there and no ending interferes.
+TEST_F(EvaluateTest, AddsUpItsTerms) {
+    int exposed = 0, blocked = 0;
+    const auto compare = [&] {
+        Evaluation();
+        const EvalInfo& info = eval_info;
+        if (std::min(board.PieceMaterial[WHITE], board.PieceMaterial[BLACK]) <= 14) return;
+        if (board.PieceNumber[PAWN][WHITE] + board.PieceNumber[PAWN][BLACK] < 4 || info.margin != 6300)
+            return;
+        const auto taper = [](int opening, int ending, int phase) {
+            return ((256 - phase) * opening + phase * ending) / 256;
+        };
+        int score = taper(info.opening + info.material, info.ending + info.material, info.current_phase) +
+                    taper(info.side_opening[BLACK], info.side_ending[BLACK], info.black_phase) -
+                    taper(info.side_opening[WHITE], info.side_ending[WHITE], info.white_phase);
+        const int onMove = board.SideToMove == BLACK ? 1 : -1;
+        const int whiteExposed = KingExposureOf(WHITE), blackExposed = KingExposureOf(BLACK);
+        score += onMove > 0 ? whiteExposed - blackExposed / 2 : whiteExposed / 2 - blackExposed;
+        exposed += whiteExposed + blackExposed;
+        for (const int file : {3, 4}) {
+            const bool white = HasMan(8 + file, WHITE, PAWN) && board.PieceOn[16 + file] != EMPTY;
+            const bool black = HasMan(48 + file, BLACK, PAWN) && board.PieceOn[40 + file] != EMPTY;
+            score += 25 * (white - black);
+            blocked += white + black;
+        }
+        const int phase = info.current_phase, bonus = phase == 0 ? 9 : 8 - (phase - 1) / 64;
+        EXPECT_EQ(info.score, score + onMove * (bonus + info.tempo[board.SideToMove]));
+    };
+    VisitRandomBoards(10'000 / WORK_DIVISOR, 4, compare);
+    EXPECT_TRUE(exposed > 0 && blocked > 0);
+}
+
 // Scores are the side to move's.
 TEST_F(EvaluateTest, Preferences) {
     const struct {
@@ -190,8 +223,17 @@ TEST_F(EvaluateTest, Preferences) {
 
 TEST_F(EvaluateTest, KnownScores) {
     EXPECT_EQ(Evaluation(), 9 + eval_info.tempo[WHITE]) << "the start, where the bonus has one point more";
+    LoadFEN("5rkq/5ppp/8/8/8/8/5PPP/1K3RQ1 w - -");
+    Evaluation();
+    EXPECT_GE(eval_info.optimism[BLACK], 74 + 40) << "an open king's shelter and its distance from the other";
+    LoadFEN("8/8/8/3k4/8/3P4/3P4/1K6 b - -");
+    const int score = Evaluation();
+    KingCutOffBonus = 0;
+    EXPECT_EQ(Evaluation(), score) << "nobody is cut off from no pawns";
     LoadFEN("k7/7p/8/8/8/8/P7/7K w - -");
     EXPECT_EQ(Evaluation(), 0) << "a pawn each and nothing between them";
+    LoadFEN("4k3/4p3/8/8/8/8/8/3NK3 w - -");
+    EXPECT_LE(Evaluation(), 9 + eval_info.tempo[WHITE]) << "a knight can't win";
 }
 
 // Sums that only a board set up by hand can reach never look like a mate, and pawns may stand anywhere.

@@ -20,8 +20,11 @@ class WeightsTest : public EvalTest {
     void SetUp() override {
         EvalTest::SetUp();
         UsePawnHash(1000);
-        MakeMove(TextToMove("e2e4"), 1);
+        for (const char* move : {"e2e4", "d7d5", LAST_MOVE}) MakeMove(TextToMove(move), 1);
     }
+
+    // Doubles pawns, so that there is a pawn structure to judge.
+    static constexpr const char* LAST_MOVE = "e4d5";
 
     // The weights in force as their file.
     std::string Written() const {
@@ -53,7 +56,7 @@ TEST_F(WeightsTest, AreReadBackAsWritten) {
     ASSERT_TRUE(Load(defaults));
     EXPECT_EQ(Evaluation(), score);
     UnmakeMove();
-    MakeMove(TextToMove("e2e4"), 1);
+    MakeMove(TextToMove(LAST_MOVE), 1);
     EXPECT_EQ(Evaluation(), score) << "the tables follow, too";
 }
 
