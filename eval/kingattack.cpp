@@ -93,7 +93,7 @@ struct KingAttack {
             if (rank < 3 || rank >= RelativeRank(side, King)) continue;
             const bool isStopped = (ShiftAhead<side>(SquareBit(square)) & board.Pieces[PAWN][enemy]) != 0;
             const int units = PawnStorm[static_cast<size_t>(rank - 3)];
-            Units += isStopped ? units * PawnStormStopped / 256 : units;
+            Units += isStopped ? ShareOf(units, PawnStormStopped) : units;
         }
     }
 
@@ -106,8 +106,8 @@ struct KingAttack {
         CountAllChecks();
         CountStorm();
         // A lone attacker and an attack without the queen come to little.
-        if (Attackers == 1) Units = Units * LoneAttacker / 256;
-        if (board.PieceNumber[QUEEN][side] == 0) Units = Units * QueenlessAttack / 256;
+        if (Attackers == 1) Units = ShareOf(Units, LoneAttacker);
+        if (board.PieceNumber[QUEEN][side] == 0) Units = ShareOf(Units, QueenlessAttack);
         return std::clamp(Units / 100, 0, LAST_INDEX);
     }
 
@@ -116,9 +116,9 @@ struct KingAttack {
         eval_info.danger[side] = KingAttack().DangerIndex();
         const int worth = KingAttackOn(enemy);
         eval_info.side_opening[side] += worth;
-        eval_info.side_ending[side] += worth * KingAttackEnding / 256;
+        eval_info.side_ending[side] += ShareOf(worth, KingAttackEnding);
         eval_info.optimism[side] += worth;
-        eval_info.tempo[side] += worth * KingAttackTempo / 256;
+        eval_info.tempo[side] += ShareOf(worth, KingAttackTempo);
     }
 };
 
@@ -148,8 +148,8 @@ void EvaluateKingAttacks() {
 
 void EvaluateTropism() {
     constexpr int FULL_TROPISM = 200;  // the scaled setting at 100 percent
-    const int closeness = (ClosenessOf(BLACK) - ClosenessOf(WHITE)) * Tropism.Scaled;
-    eval_info.opening += closeness / (4 * FULL_TROPISM);
+    const int64_t closeness = int64_t{ClosenessOf(BLACK) - ClosenessOf(WHITE)} * Tropism.Scaled;
+    eval_info.opening += static_cast<int>(closeness / (4 * FULL_TROPISM));
 }
 
 int KingExposureOf(int side) {

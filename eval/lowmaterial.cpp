@@ -11,12 +11,12 @@ namespace {
 
 constexpr int SURE_WIN_LIMIT = 20000;  // only boards set up by hand get there
 
-void SetNoWinFlags(const EndingView& view) {
+void SetNoWinFlags() {
     const MaterialEntry material = CurrentMaterial();
     for (const int side : {WHITE, BLACK}) {
-        eval_info.cannot_win[side] = (material.Flags[side] & MATERIAL_CANNOT_WIN) != 0;
+        const bool hasTooLittle = (material.Flags[side] & MATERIAL_CANNOT_WIN) != 0;
+        eval_info.cannot_win[side] = hasTooLittle || IsCornerHeld(EndingView(side));
     }
-    if (IsCornerHeld(view)) eval_info.cannot_win[view.Strong] = 1;
 }
 
 // The single piece of the strong side against a single pawn.
@@ -44,8 +44,8 @@ int EndingScore(const EndingView& view) {
 }  // namespace
 
 bool EvaluateLowMaterial(int* result) {
+    SetNoWinFlags();
     const EndingView view(board.Material[BLACK] > board.Material[WHITE] ? BLACK : WHITE);
-    SetNoWinFlags(view);
     const int score = EndingScore(view);
     if (score == UNKNOWN_ENDING) return false;
     const int bounded = std::clamp(score, -SURE_WIN_LIMIT, SURE_WIN_LIMIT);

@@ -66,20 +66,27 @@ bool CannotWin(const Army& own, const Army& enemy) {
     return own.Units() <= 3 || (own.Units() == 6 && own.Knights == 2 && enemy.Pawns == 0);
 }
 
-// Whether the side's king is safe without shelter from such an enemy.
-bool IsEnding(const Army& enemy) {
-    return enemy.Units() <= EndingUnits || (enemy.Queens == 0 && enemy.Units() <= EndingUnitsNoQueen);
+// The most that an enemy may have for a king to be safe without shelter, in pawn units.
+struct EndingLimits {
+    int WithQueen, WithoutQueen;
+};
+
+// The table has limits of its own, deliberately: a weights file moves only what is computed outside of it.
+constexpr EndingLimits TABLE_LIMITS{9, 15};
+
+bool IsEnding(const Army& enemy, const EndingLimits& limits) {
+    return enemy.Units() <= limits.WithQueen || (enemy.Queens == 0 && enemy.Units() <= limits.WithoutQueen);
 }
 
-uint8_t FlagsOf(const Army& own, const Army& enemy) {
+uint8_t FlagsOf(const Army& own, const Army& enemy, const EndingLimits& limits) {
     return static_cast<uint8_t>((CannotWin(own, enemy) ? MATERIAL_CANNOT_WIN : 0) |
-                                (IsEnding(enemy) ? MATERIAL_ENDING : 0));
+                                (IsEnding(enemy, limits) ? MATERIAL_ENDING : 0));
 }
 
-MaterialEntry EntryOf(const Army& white, const Army& black) {
+MaterialEntry EntryOf(const Army& white, const Army& black, const EndingLimits& limits) {
     // Weights from a file may be anything; the sum must fit.
     const int imbalance = Composition(black, white) - Composition(white, black);
-    return {{FlagsOf(white, black), FlagsOf(black, white)},
+    return {{FlagsOf(white, black, limits), FlagsOf(black, white, limits)},
             PhaseOf(white.PhaseUnits() + black.PhaseUnits(), 2 * SIDE_UNITS),
             PhaseOf(black.PhaseUnits(), SIDE_UNITS),
             PhaseOf(white.PhaseUnits(), SIDE_UNITS),
@@ -107,11 +114,11 @@ void FillMaterialTable() {
             for (Army& army : armies) army.*men = digit(3);
         }
         for (Army& army : armies) army.Pawns = digit(9);
-        MaterialTable[signature] = EntryOf(armies[WHITE], armies[BLACK]);
+        MaterialTable[signature] = EntryOf(armies[WHITE], armies[BLACK], TABLE_LIMITS);
     }
 }
 
 MaterialEntry CurrentMaterial() {
     if (board.MaterialSignature < SIGNATURE_COUNT) return MaterialTable[board.MaterialSignature];
-    return EntryOf(ArmyOf(WHITE), ArmyOf(BLACK));
+    return EntryOf(ArmyOf(WHITE), ArmyOf(BLACK), {EndingUnits, EndingUnitsNoQueen});
 }

@@ -15,10 +15,6 @@ namespace {
 // How much of a bonus a pawn has earned by its rank, in 256ths, from the own second rank on.
 constexpr int RankShare[8] = {0, 0, 8, 32, 84, 160, 256, 0};
 
-Score Share(Score bonus, int share) {
-    return {bonus.Opening * share / 256, bonus.Ending * share / 256};
-}
-
 // A number of plies that no race takes.
 constexpr int NEVER = 99;
 
@@ -35,13 +31,13 @@ struct PassedPawns {
     void EvaluatePawn(int square) {
         const int rank = RelativeRank(side, square), share = RankShare[rank];
         const Bitboard path = FileAhead<side>(square);
-        Sum += PassedRank[static_cast<size_t>(rank - 1)];
-        Sum += Share(PathBonus(square, path), share);
-        Sum += Share(SupportBonus(square), share);
+        Sum += PassedRank[static_cast<size_t>(std::clamp(rank, 1, 6) - 1)];
+        Sum += ShareOf(PathBonus(square, path), share);
+        Sum += ShareOf(SupportBonus(square), share);
         const int stop = square + (side == WHITE ? 8 : -8);
         const int kings = PassedKingDistance[0] * Distance(OwnKing, stop) +
                           PassedKingDistance[1] * Distance(EnemyKing, stop);
-        Sum.Ending += kings * share / 256;
+        Sum.Ending += ShareOf(kings, share);
     }
 
     // What the way to promotion is worth: the next square, then the whole of it.

@@ -106,16 +106,22 @@ std::vector<int> ReadNumbers(const char* path) {
     return numbers;
 }
 
+// Nobody keeps an option from being set to anything; the products with it must stay in range.
+int ScaledTo(int raw, int percent) {
+    constexpr int64_t LIMIT = 100'000;
+    return static_cast<int>(std::clamp(int64_t{raw} * percent / 100, -LIMIT, LIMIT));
+}
+
 }  // namespace
 
 void SetAggressivity(int raw) {
-    Aggressivity = {raw, static_cast<int>(raw * 50LL / 100)};
+    Aggressivity = {raw, ScaledTo(raw, 50)};
 }
 void SetCowardice(int raw) {
-    Cowardice = {raw, static_cast<int>(raw * 50LL / 100)};
+    Cowardice = {raw, ScaledTo(raw, 50)};
 }
 void SetTropism(int raw) {
-    Tropism = {raw, static_cast<int>(raw * 200LL / 100)};
+    Tropism = {raw, ScaledTo(raw, 200)};
 }
 
 void InitWeights() {
