@@ -5,7 +5,7 @@
 #include "eval/evaluate.h"
 #include "eval/pawnsets.h"
 
-Bitboard AttacksFrom[64];
+Bitboard AttacksBySquare[64];
 
 namespace {
 
@@ -33,7 +33,7 @@ struct SideAttacks {
     void AddPieces() {
         for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
             const int square = PopLowest(men);
-            Add(piece, AttacksFrom[square] = AttacksOf<piece>(square));
+            Add(piece, AttacksBySquare[square] = AttacksOf<piece>(square));
         }
     }
 

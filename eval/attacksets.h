@@ -6,7 +6,7 @@
 
 // By the square of a king, piece or pawn of the position: what it attacks, pinned or not. Other entries are
 // left over from earlier positions. Pawns have none; their set is whole in `eval_info.attacks`.
-extern Bitboard AttacksFrom[64];
+extern Bitboard AttacksBySquare[64];
 
-// Fills AttacksFrom and the attack sets of `eval_info`, pins included.
+// Fills AttacksBySquare and the attack sets of `eval_info`, pins included.
 void BuildAttackSets();

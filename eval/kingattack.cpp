@@ -61,7 +61,7 @@ struct KingAttack {
 
     void CountAttackers(unsigned piece, int weight) {
         for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
-            const Bitboard attacks = AttacksFrom[PopLowest(men)] & Zone;
+            const Bitboard attacks = AttacksBySquare[PopLowest(men)] & Zone;
             if (attacks == 0) continue;
             ++Attackers;
             Units += weight + ZoneSquare * CountSquares(attacks & Ring);

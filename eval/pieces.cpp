@@ -58,7 +58,7 @@ struct Pieces {
 
     template <unsigned piece>
     int SafeMoves(int square) const {
-        Bitboard moves = AttacksFrom[square] & Room;
+        Bitboard moves = AttacksBySquare[square] & Room;
         if constexpr (piece == ROOK || piece == QUEEN) moves &= ~MinorAttacks;
         if constexpr (piece == QUEEN) moves &= ~eval_info.attacks[ROOK][enemy];
         if ((eval_info.pinned[side] & SquareBit(square)) != 0) moves &= PinLine(square);
@@ -119,7 +119,7 @@ struct Pieces {
             EvaluateBoxedRook(square);
         }
         const Bitboard rooks = board.Pieces[ROOK][side] & ~SquareBit(square);
-        if ((rooks & file & AttacksFrom[square]) != 0) Credit<side>(RookDoubled);
+        if ((rooks & file & AttacksBySquare[square]) != 0) Credit<side>(RookDoubled);
         EvaluateSeventh(square);
     }
 

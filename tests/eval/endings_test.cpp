@@ -140,7 +140,7 @@ TEST_F(EndingsTest, ScalesDrawishMaterial) {
         // All on one wing, or few at all.
         {"6k1/5pp1/7p/8/8/5N2/5PPP/b5K1 w - -", "6k1/1p3pp1/7p/8/8/5N2/5PPP/b5K1 w - -"},
         {"r5k1/5pp1/7p/8/8/6P1/R4PKP/8 w - -", "r5k1/p4pp1/8/8/8/6P1/RP3PKP/8 w - -"},
-        {"r5k1/5p2/p7/8/8/8/R1P3K1/7P w - -", "r5k1/5p2/p7/8/P7/8/R1P3K1/7P w - -"},
+        {"r5k1/5p2/p7/8/8/7P/R1P3K1/8 w - -", "r5k1/5p2/p7/8/P7/7P/R1P3K1/8 w - -"},
         // No pawns and not enough pieces.
         {"4k3/8/8/3q4/8/8/8/K2QB3 w - -", "4k3/8/8/3q4/8/8/8/K2QR3 w - -"},
     };

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+
+#include "core/board.h"
 #include "eval/evaluate.h"
 #include "eval/pawnhash.h"
 #include "eval/weights.h"

@@ -5,44 +5,19 @@
 #include <string>
 
 #include "core/attackquery.h"
+#include "core/bitboard.h"
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/makemove.h"
 #include "eval/evaluate.h"
-#include "search/draws.h"
-#include "search/modes.h"
-#include "search/ordering.h"
 #include "search/root.h"
-#include "search/timecontrol.h"
-#include "search/transposition.h"
-#include "tests/support/pipeinput.h"
-#include "tests/support/walker.h"
+#include "tests/search/searchtest.h"
 
 namespace {
 
 // The program plays both sides of an ending that must be won, with short searches.
-class MatingTest : public CoreTest {
+class MatingTest : public SearchTest {
   protected:
-    void SetUp() override {
-        CoreTest::SetUp();
-        HashEntries = 1 << 14;
-        ASSERT_TRUE(AllocateTransposition());
-        NodeLimit = MateSearch = SearchMovesCount = DrawScore = UciMode = PostMode = 0;
-        EngineTime = NO_CLOCK;
-        SetNoTimeLimit();
-    }
-    void TearDown() override {
-        FreeTransposition();
-        HashEntries = NodeLimit = 0;
-        ResetBoard();
-    }
-
-    static void Forget() {
-        ClearHash();
-        ClearOrdering();
-        ResetRootMemory();
-    }
-
     // A random legal position with White on move, nobody in check and no piece of White's to be taken. Two
     // bishops stand on squares of both colours.
     void PlaceMen(const std::string& pieces) {
@@ -59,10 +34,8 @@ class MatingTest : public CoreTest {
         Forget();
         for (int ply = 0; ply < 100; ++ply) {
             if (LegalMoves().empty()) return IsKingAttacked(board.SideToMove);
-            ClearRequests();
-            StartSearchClock();
             EngineSide = board.SideToMove;
-            IterativeDeepening(depth, 0);
+            SearchBoard(depth);
             MakeMove(RootMove(0), 1);
         }
         return LegalMoves().empty() && IsKingAttacked(board.SideToMove);
@@ -85,16 +58,15 @@ class MatingTest : public CoreTest {
     }
 
     static bool IsQuietStart() {
-        const Bitboard white = board.Occupied[WHITE], light = 0x55AA55AA55AA55AAu;
+        const Bitboard white = board.Occupied[WHITE];
         const Bitboard bishops = board.Pieces[BISHOP][WHITE];
         const bool arePaired =
-            board.PieceNumber[BISHOP][WHITE] < 2 || ((bishops & light) && (bishops & ~light));
+            board.PieceNumber[BISHOP][WHITE] < 2 || ((bishops & LIGHT_SQUARES) && (bishops & ~LIGHT_SQUARES));
         const auto king = static_cast<int>(board.KingSquare[BLACK]);
         return arePaired && !IsKingAttacked(BLACK) && !(AttacksFrom(king, BLACK, KING) & white);
     }
 
     std::mt19937 random_{11};
-    PipeInput input_;
 };
 
 TEST_F(MatingTest, MatesInFiftyMoves) {

@@ -1,0 +1,40 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "tests/eval/evaltest.h"
+
+// Counts what the whole test program takes from the heap by way of new.
+static size_t Allocations = 0;
+
+void* operator new(size_t bytes) {
+    ++Allocations;
+    void* memory = std::malloc(bytes);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using AllocationTest = EvalTest;
+
+TEST_F(AllocationTest, EvaluateTakesNothingFromTheHeap) {
+    UsePawnHash(1);
+    size_t taken = 0;
+    VisitRandomBoards(1'000, 5, [&] {
+        const size_t before = Allocations;
+        Evaluation();
+        taken += Allocations - before;
+    });
+    EXPECT_EQ(taken, 0u);
+    EXPECT_GT(Allocations, 0u) << "the count works";
+}
+
+}  // namespace
