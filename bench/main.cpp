@@ -3,11 +3,16 @@
 #include "core/attacks.h"
 #include "core/board.h"
 #include "core/keys.h"
+#include "eval/bitbase.h"
 #include "eval/weights.h"
 
 int main(int argc, char** argv) {
     InitHashKeys();
     InitAttackTables();
+    InitPawnBitbase();
+    SetAggressivity(100);
+    SetCowardice(100);
+    SetTropism(100);
     InitWeights();
     ResetBoard();
     benchmark::Initialize(&argc, argv);

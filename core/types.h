@@ -52,6 +52,12 @@ enum Square : int { A1 = 0, B1, C1, D1, E1, F1, G1, H1, A8 = 56, B8, C8, D8, E8,
 
 // Castling rights, as bits of `board.CastlingFlags`.
 enum CastlingRight : unsigned { WHITE_SHORT = 1, WHITE_LONG = 2, BLACK_SHORT = 4, BLACK_LONG = 8 };
+constexpr unsigned ShortRight(int side) {
+    return side == WHITE ? WHITE_SHORT : BLACK_SHORT;
+}
+constexpr unsigned LongRight(int side) {
+    return side == WHITE ? WHITE_LONG : BLACK_LONG;
+}
 
 // A move: bits 0-5 from, 6-11 to, 12-14 moving piece, 15-17 captured piece, 18-20 promotion piece. Bits above
 // 20 are 0. Castling is a king move of two files; an en-passant capture is a pawn move that changes file and

@@ -4,8 +4,8 @@
 
 // What each man attacks, for the terms that follow.
 
-// By the square of a king, piece or pawn of the position: what it attacks, pinned or not. Other entries are
-// left over from earlier positions. Pawns have none; their set is whole in `eval_info.attacks`.
+// By the square of a king or piece of the position: what it attacks, pinned or not. Other entries, those of
+// pawns among them, are left over from earlier positions; what pawns attack is whole in `eval_info.attacks`.
 extern Bitboard AttacksBySquare[64];
 
 // Fills AttacksBySquare and the attack sets of `eval_info`, pins included.

@@ -3,6 +3,7 @@
 #include "core/attacks.h"
 #include "core/bitboard.h"
 #include "core/types.h"
+#include "eval/pawnsets.h"
 
 namespace {
 
@@ -23,9 +24,8 @@ constexpr int PawnSquare(int index) {
 
 // The squares next to a square of the set, as kings go.
 constexpr Bitboard KingReach(Bitboard set) {
-    const Bitboard beside = (set << 1 & ~FILE_A) | (set >> 1 & ~FILE_H);
-    const Bitboard row = set | beside;
-    return beside | row << 8 | row >> 8;
+    const Bitboard row = set | Neighbours(set);
+    return Neighbours(set) | row << 8 | row >> 8;
 }
 
 // Where the black king may stand at all.

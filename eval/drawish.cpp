@@ -15,10 +15,10 @@ constexpr int FEW_PAWNS = 4;   // of both sides
 constexpr int WING_PAWNS = 7;  // on one wing
 
 int PawnCount(int side) {
-    return static_cast<int>(board.PieceNumber[PAWN][side]);
+    return EndingView::Count(PAWN, side);
 }
 int Units(int side) {
-    return static_cast<int>(board.PieceMaterial[side]);
+    return EndingView::Units(side);
 }
 
 // The ranks beyond a square as the enemy of the king on it sees them: where pawns stand before that king.
@@ -36,7 +36,7 @@ bool AreAllPawnsBefore(int side) {
 }
 
 int ScalePawnsBeforeKing(int score) {
-    const int leader = score > 0 ? BLACK : WHITE, other = ChangeSide(leader);
+    const int leader = LeaderOf(score), other = ChangeSide(leader);
     const bool isHeld = Units(other) >= Units(leader) && AreAllPawnsBefore(other);
     return isHeld ? ScaleScore(score, PawnsBeforeKingFactor) : score;
 }
@@ -56,7 +56,7 @@ int ScaleOppositeBishops(int score) {
 
 // Even pieces and a pawn more at most.
 int ScaleFewPawns(int score) {
-    const int leader = score > 0 ? BLACK : WHITE, other = ChangeSide(leader);
+    const int leader = LeaderOf(score), other = ChangeSide(leader);
     const int pawns = PawnCount(leader) + PawnCount(other);
     if (PawnCount(leader) - PawnCount(other) > 1) return score;
     if (pawns <= WING_PAWNS && AreAllPawnsOnOneWing()) return ScaleScore(score, OneWingFactor);
@@ -65,7 +65,7 @@ int ScaleFewPawns(int score) {
 
 // Without any pawn a lead of a minor piece or less wins nothing.
 int ScalePawnless(int score) {
-    const EndingView view(score > 0 ? BLACK : WHITE);
+    const EndingView view(LeaderOf(score));
     const int lead = Units(view.Strong) - Units(view.Weak);
     return lead <= static_cast<int>(PieceUnits[KNIGHT]) ? ScaleScore(score, PieceEndingFactor(view)) : score;
 }
@@ -93,7 +93,8 @@ int ScaleDrawishMaterial(int score) {
     const int pawns = PawnCount(WHITE) + PawnCount(BLACK);
     if (pawns == 3) score = ScaleThreePawns(score);
     if (pawns == 1) score = ScaleOnePawn(score);
-    score = ScalePawnsBeforeKing(score);
-    if (score == 0 || ClampNoWin(score) == 0) return 0;
+    // What scaling has brought down to 0 favours nobody any more.
+    if (score != 0) score = ScalePawnsBeforeKing(score);
+    if (ClampNoWin(score) == 0) return 0;
     return ScaleByPieces(ScaleRookAndPawn(score));
 }

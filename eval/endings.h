@@ -3,7 +3,7 @@
 // Knowledge of endings with few men. Scores are centipawns and Black-positive, except where it says
 // otherwise.
 
-// Runs first when a side has less than 9 units of pieces. Sets `eval_info.cannot_win`. When it knows the
+// Runs first when a side has less than EndingUnits of pieces. Sets `eval_info.cannot_win`. When it knows the
 // ending, stores the result from the side to move's view and returns true.
 bool EvaluateLowMaterial(int* result);
 

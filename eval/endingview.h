@@ -17,6 +17,11 @@ constexpr bool IsLightSquare(int square) {
     return ((FileOf(square) ^ RankOf(square)) & 1) != 0;
 }
 
+// The side that a Black-positive score favours.
+constexpr int LeaderOf(int score) {
+    return score > 0 ? BLACK : WHITE;
+}
+
 struct EndingView {
     int Strong;
     int Weak;

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "core/attacks.h"
+#include "core/bitboard.h"
 #include "core/board.h"
 #include "eval/attacksets.h"
+#include "eval/credit.h"
 #include "eval/endings.h"
 #include "eval/kingattack.h"
 #include "eval/materialtable.h"
 #include "eval/passedpawns.h"
 #include "eval/pawnhash.h"
 #include "eval/pawns.h"
-#include "eval/pawnsets.h"
 #include "eval/pieces.h"
 #include "eval/shelter.h"
 #include "eval/threats.h"
@@ -23,12 +23,7 @@ int EngineSide = BLACK;
 namespace {
 
 constexpr int INITIAL_MARGIN = 6300;
-constexpr int PHASE_LIMIT = 256;
 constexpr int PAWN_VALUE = PieceValue[PAWN];
-
-constexpr int SignOf(int side) {
-    return side == BLACK ? 1 : -1;
-}
 
 uint32_t UnitsOf(int side) {
     return board.PieceMaterial[side];
@@ -96,7 +91,8 @@ void EvaluateShelters() {
         if (eval_info.ENDING[side]) continue;
         const int enemy = ChangeSide(side), shelter = EvaluateShelter(side);
         eval_info.side_opening[enemy] -= shelter;
-        eval_info.optimism[enemy] -= shelter;
+        // Settings beyond sense can turn a bad shelter into a good one.
+        eval_info.optimism[enemy] -= std::min(shelter, 0);
     }
 }
 

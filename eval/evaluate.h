@@ -4,8 +4,9 @@
 
 // Static evaluation. Everything here is written by Evaluate and the terms it calls only.
 
-// The scratch record of one evaluation, cleared at its start and read afterwards by the report and the
-// search. Scores are centipawns and Black-positive; a bucket [side] holds what favours that side.
+// The scratch record of one evaluation, cleared at its start and left for whoever wants to know more
+// than the result: the report, the search. Scores are centipawns and Black-positive; a bucket [side] holds
+// what favours that side.
 struct EvalInfo {
     int score;     // the running score; at the end the result, still Black-positive
     int material;  // the material part alone
@@ -24,7 +25,8 @@ struct EvalInfo {
     int black_phase;
     // Whether the side's king has outlived its need of shelter.
     int ENDING[2];
-    // Whether the side's material can't win whatever the other has; only in endings of little material.
+    // Whether the side can't win: by its material or because the enemy king holds the corner before its
+    // rook's pawns. Only in endings of little material.
     int cannot_win[2];
 
     // Attack sets. Squares defended by the side's men count as attacked.

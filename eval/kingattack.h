@@ -14,5 +14,5 @@ void EvaluateTropism();
 int KingAttackOn(int side);
 
 // What the squares around the side's king from which an enemy queen could look at it are worth to the enemy,
-// 0..75 centipawns. 0 without an enemy queen.
+// 0..75 centipawns. 0 without an enemy queen. Needs the attack sets.
 int KingExposureOf(int side);

@@ -10,7 +10,6 @@ MaterialEntry MaterialTable[SIGNATURE_COUNT];
 
 namespace {
 
-constexpr int PHASE_LIMIT = 256;
 constexpr int SIDE_UNITS = 12;    // a side's four minors, two rooks and a queen
 constexpr int TYPICAL_PAWNS = 5;  // a worth per pawn is counted from here
 constexpr int MAX_IMBALANCE = 5000;

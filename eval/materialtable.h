@@ -12,6 +12,8 @@ struct MaterialEntry {
 };
 static_assert(sizeof(MaterialEntry) == 10);
 
+constexpr int PHASE_LIMIT = 256;  // bare kings
+
 constexpr int MATERIAL_CANNOT_WIN = 1;  // no pawns, and pieces that mate nobody
 constexpr int MATERIAL_ENDING = 2;      // the side's king needs no shelter any more
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "core/attacks.h"
 #include "eval/bitbase.h"
 #include "eval/weights.h"
 
@@ -65,15 +66,36 @@ int PawnsScore(const EndingView& view) {
     return view.Lead() + MatingWin + RankOf(view.FirstPawn()) * PawnEndingAdvance;
 }
 
+// Pawns on two files or more that the bare king can't begin to take: one of them goes through.
+bool ArePawnsTooMany(const EndingView& view) {
+    const Bitboard pawns = board.Pieces[PAWN][view.Strong];
+    const Bitboard held = KingTargets[view.Seen(view.StrongKing)];
+    const Bitboard reach = view.IsStrongToMove ? 0 : KingTargets[view.Seen(view.WeakKing)];
+    const bool isOneFile = (pawns & ~FileBits(FileOf(LowestSquare(pawns)))) == 0;
+    return !isOneFile && (pawns & reach & ~held) == 0;
+}
+
+int PawnsAloneScore(const EndingView& view) {
+    if (IsPawnWinning(view)) return PawnsScore(view);
+    if (view.Count(PAWN, view.Strong) == 1 || IsCornerHeld(view)) return 0;
+    return ArePawnsTooMany(view) ? PawnsScore(view) : UNKNOWN_ENDING;
+}
+
 int WithPawnsScore(const EndingView& view) {
-    const bool isWinning = IsPawnWinning(view);
-    if (EndingView::Units(view.Strong) == 0) {
-        if (isWinning) return PawnsScore(view);
-        return view.Count(PAWN, view.Strong) == 1 || IsCornerHeld(view) ? 0 : UNKNOWN_ENDING;
-    }
+    if (EndingView::Units(view.Strong) == 0) return PawnsAloneScore(view);
     if (IsCornerHeld(view) || IsKnightHeldOff(view)) return 0;
     if (HasMatingPieces(view.Strong)) return MatingScore(view);
-    return isWinning ? PawnsScore(view) : UNKNOWN_ENDING;
+    return IsPawnWinning(view) ? PawnsScore(view) : UNKNOWN_ENDING;
+}
+
+// Whether an enemy pawn stands in the way of the first pawn.
+bool IsFirstPawnBlocked(const EndingView& view) {
+    const int pawn = view.FirstPawn();
+    Bitboard enemies = board.Pieces[PAWN][view.Weak] & FileBits(FileOf(pawn));
+    while (enemies != 0) {
+        if (RankOf(view.Seen(PopLowest(enemies))) > RankOf(pawn)) return true;
+    }
+    return false;
 }
 
 // Whether the weak king is beside the corner already, where nothing drives it off, or gets there before the
@@ -81,7 +103,8 @@ int WithPawnsScore(const EndingView& view) {
 bool GetsToCorner(const EndingView& view, int corner) {
     const int distance = Distance(view.WeakKing, corner), steps = distance + view.IsStrongToMove;
     const int pawnSteps = 7 - RankOf(view.FirstPawn());
-    return distance <= 1 || (steps < pawnSteps && steps < Distance(view.StrongKing, corner));
+    const bool isFasterThanPawn = steps < pawnSteps || IsFirstPawnBlocked(view);
+    return distance <= 1 || (isFasterThanPawn && steps < Distance(view.StrongKing, corner));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 namespace {
 
-// How much of a bonus a pawn has earned by its rank, in 256ths, from the own second rank on.
+// How much of a bonus a pawn has earned by its rank, in 256ths, from the own back rank on.
 constexpr int RankShare[8] = {0, 0, 8, 32, 84, 160, 256, 0};
 
 // A number of plies that no race takes.
@@ -74,31 +74,41 @@ struct PassedPawns {
         return bonus;
     }
 
-    // The plies after which the first pawn that the bare enemy king can't catch becomes a queen.
-    int FirstUnstoppable() const {
+    // The plies after which a pawn becomes a queen if nobody hinders it; NEVER when a man other than the own
+    // king, which costs a move, stands in its way.
+    int PliesOf(int square, Bitboard path) const {
+        const Bitboard inTheWay = path & AllOccupied();
+        if ((inTheWay & ~SquareBit(OwnKing)) != 0) return NEVER;
+        const int rank = RelativeRank(side, square);
+        const int steps = 7 - rank - (rank == 1) + (inTheWay != 0);
+        return 2 * steps - (board.SideToMove == side ? 1 : 0);
+    }
+
+    // The plies of the first pawn that the bare enemy king can't catch, or of the first pawn at all.
+    int FirstQueen(bool onlyUncatchable) const {
         int first = NEVER;
         for (Bitboard pawns = Passed; pawns != 0;) {
             const int square = PopLowest(pawns);
             const Bitboard path = FileAhead<side>(square);
-            if ((path & AllOccupied()) != 0) continue;
-            const int steps = 7 - RelativeRank(side, square) - (RelativeRank(side, square) == 1);
-            const bool isOnMove = board.SideToMove == side;
-            if (IsUncatchable(path, steps, isOnMove) || IsEscorted(square, path, isOnMove))
-                first = std::min(first, 2 * steps - (isOnMove ? 1 : 0));
+            const int plies = PliesOf(square, path);
+            if (!onlyUncatchable || IsUncatchable(path, plies) || IsEscorted(square, path))
+                first = std::min(first, plies);
         }
         return first;
     }
 
-    // The square rule.
-    bool IsUncatchable(Bitboard path, int steps, bool isOnMove) const {
+    // The square rule: the king may take the new queen with its next move.
+    bool IsUncatchable(Bitboard path, int plies) const {
         const int goal = side == WHITE ? HighestSquare(path) : LowestSquare(path);
-        return Distance(EnemyKing, goal) - (isOnMove ? 0 : 1) > steps;
+        const int kingMoves = (plies + (board.SideToMove == side ? 1 : 2)) / 2;
+        return path != 0 && Distance(EnemyKing, goal) > kingMoves;
     }
 
     // The own king holds every square of the way, and the pawn can't be taken before it sets out.
-    bool IsEscorted(int square, Bitboard path, bool isOnMove) const {
+    bool IsEscorted(int square, Bitboard path) const {
         const Bitboard held = KingTargets[OwnKing], pawn = SquareBit(square);
-        const bool isSafe = isOnMove || (pawn & held) != 0 || (pawn & KingTargets[EnemyKing]) == 0;
+        const bool isSafe =
+            board.SideToMove == side || ((pawn & held) | (pawn & ~KingTargets[EnemyKing])) != 0;
         return (path & ~held) == 0 && isSafe;
     }
 
@@ -114,14 +124,17 @@ struct PassedPawns {
 };
 
 // Pawns that run home against a king alone. When both sides have one, the earlier one counts if it comes two
-// plies or more before the other.
+// plies or more before the other; a pawn that only might run as fast makes the outcome doubtful.
 void EvaluateRaces() {
-    const int white = board.PieceMaterial[BLACK] == 0 ? PassedPawns<WHITE>().FirstUnstoppable() : NEVER;
-    const int black = board.PieceMaterial[WHITE] == 0 ? PassedPawns<BLACK>().FirstUnstoppable() : NEVER;
+    const PassedPawns<WHITE> whites;
+    const PassedPawns<BLACK> blacks;
+    const int white = board.PieceMaterial[BLACK] == 0 ? whites.FirstQueen(true) : NEVER;
+    const int black = board.PieceMaterial[WHITE] == 0 ? blacks.FirstQueen(true) : NEVER;
     if (std::abs(white - black) < 2) return;
-    const int winner = white < black ? WHITE : BLACK;
-    const int plies = std::min(white, black);
-    eval_info.side_ending[winner] += std::max(0, PassedUnstoppable - 10 * plies);
+    const int winner = white < black ? WHITE : BLACK, plies = std::min(white, black);
+    const int rival = winner == WHITE ? blacks.FirstQueen(false) : whites.FirstQueen(false);
+    const int bonus = std::max(0, PassedUnstoppable - 10 * plies);
+    eval_info.side_ending[winner] += rival <= plies + 1 ? bonus / 2 : bonus;
 }
 
 }  // namespace

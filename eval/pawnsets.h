@@ -4,6 +4,8 @@
 
 // Sets of squares and files as pawns see them. "Ahead" is towards the enemy's back rank.
 
+constexpr Bitboard CENTRE_FILES = FileBits(2) | FileBits(3) | FileBits(4) | FileBits(5);
+
 // The set and everything ahead of it on its files.
 template <int side>
 constexpr Bitboard FillAhead(Bitboard set) {

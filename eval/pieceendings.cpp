@@ -9,10 +9,14 @@ namespace {
 // A lead of less than this, in pawn units, wins nothing without pawns.
 constexpr int WINNING_LEAD = 4;
 
-// Only majors win against a piece: three minors against a rook take longer than fifty moves, if they win.
+// What minors need: two of them more, a bishop among them. Three against a rook take longer than fifty moves,
+// if they win.
+constexpr int WINNING_MINOR_LEAD = 6;
+
 bool IsWinningLead(const EndingView& view) {
     const int lead = EndingView::Units(view.Strong) - EndingView::Units(view.Weak);
-    return lead >= WINNING_LEAD && board.MajorCount[view.Strong] > 0;
+    if (board.MajorCount[view.Strong] > 0) return lead >= WINNING_LEAD;
+    return lead >= WINNING_MINOR_LEAD && view.Count(BISHOP, view.Strong) > 0;
 }
 
 }  // namespace

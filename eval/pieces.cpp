@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr Bitboard CENTRE_FILES = FileBits(2) | FileBits(3) | FileBits(4) | FileBits(5);
 constexpr Bitboard WINGS = FileBits(0) | FileBits(7);
 constexpr int MOBILITY_ROOM = 28;
 
@@ -102,11 +101,13 @@ struct Pieces {
         if ((bit & (RelativeRankBits(side, 6) | RelativeRankBits(side, 5)) & WINGS) != 0) EvaluateTrap(bit);
     }
 
-    // A bishop on the rim of the enemy's side whose way back a pawn has closed, or can close safely.
+    // A bishop on the rim of the enemy's side whose way back a defended pawn has closed and that has no way
+    // forward either.
     void EvaluateTrap(Bitboard bit) const {
-        const Bitboard back = Neighbours(ShiftAhead<enemy>(bit));
+        const Bitboard back = Neighbours(ShiftAhead<enemy>(bit)), forward = Neighbours(ShiftAhead<side>(bit));
         const bool isClosed = (back & EnemyPawns & eval_info.attacked[enemy]) != 0;
-        if (isClosed) Credit<side>(TrappedBishop);
+        const bool isOpen = (forward & ~board.Occupied[side] & ~eval_info.attacked[enemy]) != 0;
+        if (isClosed && !isOpen) Credit<side>(TrappedBishop);
     }
 
     void EvaluateRook(int square, int moves) const {
@@ -126,10 +127,9 @@ struct Pieces {
     // A rook that the own king shuts in on its wing; worse when castling can't free it any more.
     void EvaluateBoxedRook(int square) const {
         const int kingFile = FileOf(King), rookFile = FileOf(square);
-        const bool isShutIn = (kingFile < 4) == (rookFile < kingFile) && RelativeRank(side, King) == 0;
-        if (!isShutIn) return;
-        constexpr unsigned rights = side == WHITE ? WHITE_SHORT | WHITE_LONG : BLACK_SHORT | BLACK_LONG;
-        const bool canCastle = (board.CastlingFlags & rights) != 0;
+        const bool isOuter = rookFile != kingFile && (kingFile < 4) == (rookFile < kingFile);
+        if (!isOuter || RelativeRank(side, King) != 0 || RelativeRank(side, square) > 1) return;
+        const bool canCastle = (board.CastlingFlags & (ShortRight(side) | LongRight(side))) != 0;
         Credit<side>({TrappedRook[canCastle ? 0 : 1], 0});
     }
 

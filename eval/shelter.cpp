@@ -30,8 +30,7 @@ constexpr int ShelterValue[SHELTER_VALUES] = {0,   4,   15,  24,  36,  42,  54, 
 template <int side>
 struct Shelter {
     static constexpr int enemy = 1 - side;
-    static constexpr unsigned SHORT = side == WHITE ? WHITE_SHORT : BLACK_SHORT;
-    static constexpr unsigned LONG = side == WHITE ? WHITE_LONG : BLACK_LONG;
+    static constexpr unsigned SHORT = ShortRight(side), LONG = LongRight(side);
     static constexpr int mirror = side == WHITE ? 0 : 56;  // turns a white square into the side's own
 
     static int KingSideDefects() {
@@ -66,7 +65,8 @@ struct Shelter {
         return (centre >> 1) + (wing >> 1);
     }
 
-    // A wing whose bishop's pawn is gone, with an enemy pawn or bishop in the hole. Squares are White's.
+    // A wing whose knight's pawn is gone, with an enemy pawn or bishop on the square diagonally in front of
+    // its place. Squares are White's.
     static int FianchettoWeakness(int pawnSquare, int hole) {
         const Bitboard intruders = board.Pieces[PAWN][enemy] | board.Pieces[BISHOP][enemy];
         const bool isOpen = (board.Pieces[PAWN][side] & SquareBit(pawnSquare ^ mirror)) == 0;

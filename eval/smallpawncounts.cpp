@@ -2,18 +2,12 @@
 
 #include "eval/endingview.h"
 #include "eval/evaluate.h"
-#include "eval/pieceendings.h"
 #include "eval/weights.h"
 
 namespace {
 
 constexpr int MINOR_UNITS = 3;
 constexpr int ROOK_UNITS = 5;
-
-// The side that a Black-positive score favours.
-EndingView Leader(int score) {
-    return EndingView(score > 0 ? BLACK : WHITE);
-}
 
 bool HaveUnits(const EndingView& view, int units) {
     return view.Units(view.Strong) == units && view.Units(view.Weak) == units;
@@ -37,6 +31,18 @@ bool IsThirdRankHeld(const EndingView& view) {
            std::abs(FileOf(view.WeakKing) - FileOf(pawn)) <= 1;
 }
 
+// A rook that has to stay before its pawn on the seventh rank at the edge, with the enemy rook behind them
+// and the enemy king on the two far files, out of its checks: whenever the own king comes, it is checked
+// away.
+bool IsRookBuried(const EndingView& view) {
+    const int pawn = view.FirstPawn(), flip = FileOf(pawn) > 3 ? 7 : 0, file = FileOf(pawn ^ flip);
+    const int king = view.WeakKing ^ flip, enemyRook = view.SquareOf(ROOK, view.Weak);
+    const bool isBehind = FileOf(enemyRook ^ flip) == file && RankOf(enemyRook) < 6;
+    const bool isKingOut = RankOf(king) == 6 && FileOf(king) >= 6;
+    return file <= 1 && RankOf(pawn) == 6 && view.SquareOf(ROOK, view.Strong) == pawn + 8 && isBehind &&
+           isKingOut && Distance(view.StrongKing, pawn) >= 2;
+}
+
 int RookPawnFactor(int file) {
     if (file == 0 || file == 7) return RookEndingRookPawnFactor;
     return file == 1 || file == 6 ? RookEndingKnightPawnFactor : RookEndingCentreFactor;
@@ -47,13 +53,13 @@ int RookPawnFactor(int file) {
 // Without the pawn, the leader would have to win with pieces alone: the other side gives a minor for it. Then
 // a lead of more than a minor wins, except with two knights.
 int ScaleOnePawn(int score) {
-    const EndingView view = Leader(score);
+    const EndingView view(LeaderOf(score));
     const int lead = view.Units(view.Strong) - view.Units(view.Weak);
-    if (view.Count(PAWN, view.Strong) == 0) {
-        return lead <= MINOR_UNITS ? ScaleScore(score, LastPawnFactor) : score;
-    }
     const bool isTwoKnights =
         view.Units(view.Strong) == 2 * MINOR_UNITS && view.Count(KNIGHT, view.Strong) == 2;
+    if (view.Count(PAWN, view.Strong) == 0) {
+        return lead <= MINOR_UNITS || isTwoKnights ? ScaleScore(score, LastPawnFactor) : score;
+    }
     const int enough = isTwoKnights ? MINOR_UNITS : 0;
     if (board.MinorCount[view.Weak] == 0 || lead > enough) return score;
     score = ScaleScore(score, LastPawnFactor);
@@ -62,7 +68,7 @@ int ScaleOnePawn(int score) {
 }
 
 int ScaleThreePawns(int score) {
-    const EndingView view = Leader(score);
+    const EndingView view(LeaderOf(score));
     const int pawns = view.Count(PAWN, view.Strong), lead = view.Units(view.Strong) - view.Units(view.Weak);
     if (pawns == 2 && HaveUnits(view, ROOK_UNITS)) {
         return AreAllPawnsOnOneWing() ? ScaleScore(score, ThreePawnsRookFactor) : score;
@@ -79,6 +85,8 @@ int ScaleRookAndPawn(int score) {
     const bool isSinglePawn = view.Count(PAWN, view.Strong) == 1 && view.Count(PAWN, view.Weak) == 0;
     if (!isSinglePawn || !HaveUnits(view, ROOK_UNITS)) return score;
     const int pawn = view.FirstPawn(), file = FileOf(pawn), rank = RankOf(pawn);
+    if (IsRookBuried(view))
+        return ScaleScore(ScaleScore(score, RookPawnFactor(file)), RookEndingUnsupportedFactor);
     const auto isBeside = [&](int king) { return std::abs(FileOf(king) - file) <= 1; };
     if (!isBeside(view.WeakKing) || RankOf(view.WeakKing) <= rank) return score;
     score = ScaleScore(score, RookPawnFactor(file));

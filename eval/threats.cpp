@@ -72,8 +72,6 @@ struct Threats {
     }
 };
 
-constexpr Bitboard CENTRE_FILES = FileBits(2) | FileBits(3) | FileBits(4) | FileBits(5);
-
 // Safe squares on the centre files of the own half, those behind own pawns twice.
 template <int side>
 int SpaceOf() {

@@ -152,7 +152,6 @@ bool WriteWeights(const char* path) {
 }
 
 void ReloadWeights() {
-    InitWeights();
     if (!LoadWeights(WEIGHTS_FILE)) {
         Print("Error loading values.txt\n");
         FlushOutput();

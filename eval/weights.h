@@ -51,6 +51,5 @@ bool WriteWeights(const char* path);
 // The file that start-up, "reload" and "writevalues" use.
 constexpr char WEIGHTS_FILE[] = "values.txt";
 
-// InitWeights and then LoadWeights from WEIGHTS_FILE; says "Error loading values.txt" when there is nothing
-// to load.
+// LoadWeights from WEIGHTS_FILE; when that changes nothing, says "Error loading values.txt".
 void ReloadWeights();

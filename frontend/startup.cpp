@@ -31,6 +31,7 @@ void BuildTables() {
     InitHashKeys();
     InitAttackTables();
     InitPawnBitbase();
+    InitWeights();
     ReloadWeights();
     ClearRecaptureStatistics();
 }

@@ -5,56 +5,61 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "core/bitboard.h"
 #include "core/board.h"
 #include "core/fen.h"
-#include "eval/evaluate.h"
-#include "tests/support/walker.h"
+#include "tests/eval/evaltest.h"
 
 namespace {
 
-using EndingsTest = CoreTest;
-
-int Evaluation() {
-    int result = -32700;
-    Evaluate(&result);
-    return result;
-}
-
-// Puts the position with its squares changed on the board: 56 exchanges the colours, 7 left and right.
-void Reflect(int flip) {
-    const Board original = board;
-    ClearBoard();
-    for (int square = 0; square < 64; ++square) {
-        if (original.PieceOn[square] == EMPTY) continue;
-        const int side = (original.Occupied[WHITE] & SquareBit(square)) != 0 ? WHITE : BLACK;
-        AddPiece(square ^ flip, flip == 56 ? ChangeSide(side) : side, original.PieceOn[square]);
+class EndingsTest : public EvalTest {
+  protected:
+    // White's score of the position; the same from all its mirror images.
+    static int WhiteScore(const char* fen) {
+        LoadFEN(fen);
+        const int score = Evaluation();
+        const int whiteScore = board.SideToMove == WHITE ? score : -score;
+        for (const int flip : {56, 7, 56}) {
+            Reflect(flip);
+            EXPECT_EQ(Evaluation(), score) << fen << " reflected";
+        }
+        return whiteScore;
     }
-    if (flip == 56) board.SideToMove = ChangeSide(original.SideToMove);
-}
 
-// White's score of the position; the same from all its mirror images.
-int WhiteScore(const char* fen) {
-    LoadFEN(fen);
-    const int score = Evaluation();
-    const int whiteScore = board.SideToMove == WHITE ? score : -score;
-    for (const int flip : {56, 7, 56}) {
-        Reflect(flip);
-        EXPECT_EQ(Evaluation(), score) << fen << " reflected";
+    // What is left of a good score for White, whatever the position's own may be; the same in all mirror
+    // images.
+    static int LeftOf(int score, const char* fen) {
+        const auto scale = [&](int sign) {
+            eval_info = EvalInfo{};
+            eval_info.margin = 8 * score;
+            int result = 0;
+            const auto units = std::min(board.PieceMaterial[WHITE], board.PieceMaterial[BLACK]);
+            EXPECT_FALSE(units < 9 && EvaluateLowMaterial(&result)) << fen;
+            const int left = ScaleDrawishMaterial(sign * score);
+            EXPECT_TRUE(left == 0 || eval_info.margin == 8 * sign * left) << fen << " scales the margin, too";
+            return sign * left;
+        };
+        LoadFEN(fen);
+        const int left = scale(-1);
+        for (const int flip : {56, 7, 56}) {
+            Reflect(flip);
+            EXPECT_EQ(scale(board.SideToMove == WHITE ? -1 : 1), left) << fen << " reflected";
+        }
+        return left;
     }
-    return whiteScore;
-}
+};
 
 TEST_F(EndingsTest, KnowsWins) {
     const char* fens[] = {
-        "8/8/8/4k3/8/8/8/K6R w - -",    "8/8/8/4k3/8/8/8/K6R b - -",    "8/8/8/4k3/8/8/8/K4BN1 b - -",
-        "8/8/8/4k3/8/8/8/K4BB1 w - -",  "8/8/8/4k3/8/8/8/KNNN4 w - -",  "8/8/8/4k3/8/8/7P/K6R w - -",
-        "4k3/8/4K3/4P3/8/8/8/8 b - -",  "8/8/8/8/P6k/8/8/K7 w - -",     "4k3/8/8/8/4r3/8/8/K6Q w - -",
-        "4k3/8/8/8/4n3/8/8/K6Q w - -",  "4k3/8/8/4b3/8/8/8/KRN5 w - -",
-        "8/8/8/8/8/8/1Kp1k3/6Q1 w - -",  // the king is near
-        "8/8/8/8/6Q1/8/1pk5/6K1 w - -",  // no stalemate on the b-file
-        "8/7R/8/8/2kp4/8/3K4/8 w - -",   // the king before the pawn
-        "8/7R/8/k7/3p4/8/8/6K1 w - -",   // the pawn alone
+        "8/8/8/4k3/8/8/8/K6R w - -",      "8/8/8/4k3/8/8/8/K6R b - -",    "8/8/8/4k3/8/8/8/K4BN1 b - -",
+        "8/8/8/4k3/8/8/8/K4BB1 w - -",    "8/8/8/4k3/8/8/8/KNNN4 w - -",  "8/8/8/4k3/8/8/7P/K6R w - -",
+        "4k3/8/4K3/4P3/8/8/8/8 b - -",    "8/8/8/8/P6k/8/8/K7 w - -",     "4k3/8/8/8/4r3/8/8/K6Q w - -",
+        "4k3/8/8/8/4n3/8/8/K6Q w - -",    "4k3/8/8/4b3/8/8/8/KRN5 w - -",
+        "8/8/8/8/8/8/1Kp1k3/6Q1 w - -",                                   // the king is near
+        "8/8/8/8/6Q1/8/1pk5/6K1 w - -",                                   // no stalemate on the b-file
+        "8/7R/8/8/2kp4/8/3K4/8 w - -",                                    // the king before the pawn
+        "8/7R/8/k7/3p4/8/8/6K1 w - -",                                    // the pawn alone
+        "8/8/8/3k4/P6P/8/8/K7 w - -",     "8/8/3k4/8/3PP3/8/8/K7 w - -",  // two pawns, far apart and together
+        "4k3/8/8/3n4/8/8/8/K3BBN1 w - -",
     };
     for (const char* fen : fens) EXPECT_GT(WhiteScore(fen), 450) << fen;
 }
@@ -71,6 +76,7 @@ TEST_F(EndingsTest, KnowsDraws) {
         "7K/8/8/8/8/8/pk6/6Q1 w - -",     "K7/7R/8/8/8/8/3pk3/8 w - -",   "8/8/8/4k3/8/5n2/8/K6R w - -",
         "8/8/8/4k3/8/5bb1/8/K6R w - -",   "8/8/8/4k3/4r3/8/8/K5BR w - -", "8/8/8/4k3/4r3/4b3/8/K6Q w - -",
         "8/8/4k3/8/4p3/8/8/K5B1 w - -",
+        "8/8/8/7p/4k2P/8/4B3/4K3 w - -",  // the pawn that blocks the way helps the king to the corner
     };
     for (const char* fen : fens) EXPECT_LE(std::abs(WhiteScore(fen)), 60) << fen;
 }
@@ -93,27 +99,6 @@ TEST_F(EndingsTest, DrivesTowardsTheMate) {
     }
 }
 
-// What is left of a good score for White, whatever the position's own may be; the same in all mirror images.
-int LeftOf(int score, const char* fen) {
-    const auto scale = [&](int sign) {
-        eval_info = EvalInfo{};
-        eval_info.margin = 8 * score;
-        int result = 0;
-        const auto units = std::min(board.PieceMaterial[WHITE], board.PieceMaterial[BLACK]);
-        EXPECT_FALSE(units < 9 && EvaluateLowMaterial(&result)) << fen;
-        const int left = ScaleDrawishMaterial(sign * score);
-        EXPECT_TRUE(left == 0 || eval_info.margin == 8 * sign * left) << fen << " scales the margin, too";
-        return sign * left;
-    };
-    LoadFEN(fen);
-    const int left = scale(-1);
-    for (const int flip : {56, 7, 56}) {
-        Reflect(flip);
-        EXPECT_EQ(scale(board.SideToMove == WHITE ? -1 : 1), left) << fen << " reflected";
-    }
-    return left;
-}
-
 // By White's advantage in a drawish position and in one that isn't, or less so.
 TEST_F(EndingsTest, ScalesDrawishMaterial) {
     const struct {
@@ -126,6 +111,7 @@ TEST_F(EndingsTest, ScalesDrawishMaterial) {
         {"3k4/8/8/3P4/5K2/8/r7/7R w - -", "3k4/8/8/3PK3/8/8/r7/7R w - -"},
         {"3k4/8/r7/3PK3/8/8/8/7R w - -", "3k4/8/8/3PK3/r7/8/8/7R w - -"},
         {"k7/8/8/P7/8/1K6/8/r6R w - -", "1K6/1P2k3/8/8/8/8/r7/2R5 w - -"},
+        {"R7/P5k1/8/8/8/8/r7/6K1 w - -", "R7/P4k2/8/8/8/8/r7/6K1 w - -"},  // or from behind the buried rook
         // A minor can be had for the last pawn; bishops of one colour don't drive the king off.
         {"4k3/8/3n4/8/4P3/8/8/K4N2 w - -", "4k3/8/3n4/8/4P3/8/8/K4BN1 w - -"},
         {"4k3/8/3n4/8/4P3/8/8/K4NN1 w - -", "4k3/8/3n4/8/4P3/8/8/K4BN1 w - -"},

@@ -37,6 +37,23 @@ class EvalTest : public CoreTest {
         return result;
     }
 
+    // Puts the position with its squares changed on the board: 56 exchanges the colours, with EngineSide, and
+    // 7 left and right, castling rights left aside.
+    static void Reflect(int flip) {
+        const Board original = board;
+        const bool isExchanged = flip == 56;
+        ClearBoard();
+        for (int square = 0; square < 64; ++square) {
+            if (original.PieceOn[square] == EMPTY) continue;
+            const int side = (original.Occupied[WHITE] & SquareBit(square)) != 0 ? WHITE : BLACK;
+            AddPiece(square ^ flip, isExchanged ? ChangeSide(side) : side, original.PieceOn[square]);
+        }
+        if (!isExchanged) return;
+        board.SideToMove = ChangeSide(original.SideToMove);
+        board.CastlingFlags = original.CastlingFlags >> 2 | (original.CastlingFlags & 3) << 2;
+        EngineSide = ChangeSide(EngineSide);
+    }
+
   private:
     static void UseDefaults() {
         InitWeights();

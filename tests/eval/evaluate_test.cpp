@@ -17,7 +17,30 @@
 
 namespace {
 
-using EvaluateTest = EvalTest;
+struct BothScores {
+    int Original, Mirrored;
+    bool HaveSameDefects;
+};
+
+class EvaluateTest : public EvalTest {
+  protected:
+    // Scores of the position and of the one with colours exchanged; the board is left as it was.
+    static BothScores EvaluateBoth() {
+        const Board original = board;
+        BothScores both{};
+        const SlowPawns pawns = TellPawns(SlowPosition::FromBoard());
+        both.Original = Evaluation();
+        Reflect(56);
+        const SlowPawns mirrored = TellPawns(SlowPosition::FromBoard());
+        both.Mirrored = Evaluation();
+        both.HaveSameDefects =
+            std::equal(pawns.Defects[WHITE], pawns.Defects[WHITE] + 2, mirrored.Defects[BLACK]) &&
+            std::equal(pawns.Defects[BLACK], pawns.Defects[BLACK] + 2, mirrored.Defects[WHITE]);
+        board = original;
+        EngineSide = ChangeSide(EngineSide);
+        return both;
+    }
+};
 
 std::vector<int> PhasesAndFlags() {
     return {eval_info.current_phase, eval_info.black_phase, eval_info.white_phase, eval_info.ENDING[WHITE],
@@ -87,42 +110,6 @@ TEST_F(EvaluateTest, DependsOnThePositionOnly) {
     }
 }
 
-// Puts the position with colours exchanged on the board.
-void MirrorBoard() {
-    const Board original = board;
-    ClearBoard();
-    for (int square = 0; square < 64; ++square) {
-        if (original.PieceOn[square] == EMPTY) continue;
-        const int side = (original.Occupied[WHITE] & SquareBit(square)) != 0 ? WHITE : BLACK;
-        AddPiece(square ^ 56, ChangeSide(side), original.PieceOn[square]);
-    }
-    board.SideToMove = ChangeSide(original.SideToMove);
-    board.CastlingFlags = original.CastlingFlags >> 2 | (original.CastlingFlags & 3) << 2;
-    EngineSide = ChangeSide(EngineSide);
-}
-
-struct BothScores {
-    int Original, Mirrored;
-    bool HaveSameDefects;
-};
-
-// Scores of the position and of its mirror image; the board is left as it was.
-BothScores EvaluateBoth(int (*evaluation)()) {
-    const Board original = board;
-    BothScores both{};
-    const SlowPawns pawns = TellPawns(SlowPosition::FromBoard());
-    both.Original = evaluation();
-    MirrorBoard();
-    const SlowPawns mirrored = TellPawns(SlowPosition::FromBoard());
-    both.Mirrored = evaluation();
-    both.HaveSameDefects =
-        std::equal(pawns.Defects[WHITE], pawns.Defects[WHITE] + 2, mirrored.Defects[BLACK]) &&
-        std::equal(pawns.Defects[BLACK], pawns.Defects[BLACK] + 2, mirrored.Defects[WHITE]);
-    board = original;
-    EngineSide = ChangeSide(EngineSide);
-    return both;
-}
-
 // Takes out the weight that deliberately has different tables for the two sides.
 void LevelColours() {
     PawnConnected = {};
@@ -133,7 +120,7 @@ TEST_F(EvaluateTest, IsTheSameForBothColours) {
     int compared = 0, leftOut = 0;
     const auto compare = [&] {
         EngineSide = ++compared % 2;
-        const BothScores scores = EvaluateBoth(Evaluation);
+        const BothScores scores = EvaluateBoth();
         if (scores.HaveSameDefects) {
             EXPECT_EQ(scores.Mirrored, scores.Original);
         } else {
@@ -149,13 +136,13 @@ TEST_F(EvaluateTest, IsDifferentForTheColoursWhereItMeansToBe) {
     constexpr char CONNECTED[] = "2rrk3/8/PP6/8/8/8/8/2RRK3 w - -";
     constexpr char DEFECTS[] = "r2q1rk1/6pp/5p2/8/8/7P/6P1/R2Q1RK1 w - -";
     LoadFEN(CONNECTED);
-    BothScores scores = EvaluateBoth(Evaluation);
+    BothScores scores = EvaluateBoth();
     EXPECT_NE(scores.Original, scores.Mirrored);
     LevelColours();
-    scores = EvaluateBoth(Evaluation);
+    scores = EvaluateBoth();
     EXPECT_EQ(scores.Original, scores.Mirrored);
     LoadFEN(DEFECTS);
-    scores = EvaluateBoth(Evaluation);
+    scores = EvaluateBoth();
     EXPECT_NE(scores.Original, scores.Mirrored);
 }
 

@@ -44,9 +44,9 @@ TEST_F(WeightsTest, AreReadBackAsWritten) {
     const std::string defaults = Written();
     const int score = Evaluation();
     std::string changed;
-    int value = 1000;
     const size_t count = SplitWords(defaults).size();
-    for (size_t i = 0; i < count; ++i) changed += std::to_string(value = -value + 7) + "\n";
+    EXPECT_EQ(count, 327u);
+    for (size_t i = 0; i < count; ++i) changed += std::to_string(1000 + i) + "\n";
     ASSERT_TRUE(Load(changed));
     EXPECT_EQ(Written(), changed) << "every row has a value of its own";
     const int changedScore = Evaluation();
