@@ -10,9 +10,6 @@ int main(int argc, char** argv) {
     InitHashKeys();
     InitAttackTables();
     InitPawnBitbase();
-    SetAggressivity(100);
-    SetCowardice(100);
-    SetTropism(100);
     InitWeights();
     ResetBoard();
     benchmark::Initialize(&argc, argv);

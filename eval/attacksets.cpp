@@ -1,5 +1,6 @@
 #include "eval/attacksets.h"
 
+#include "core/attackquery.h"
 #include "core/attacks.h"
 #include "core/board.h"
 #include "eval/evaluate.h"
@@ -8,16 +9,6 @@
 Bitboard AttacksBySquare[64];
 
 namespace {
-
-template <unsigned piece>
-Bitboard AttacksOf(int square) {
-    if constexpr (piece == KNIGHT) return KnightTargets[square];
-    if constexpr (piece == KING) return KingTargets[square];
-    Bitboard attacks = 0;
-    if constexpr (IsStraightSlider(piece)) attacks |= StraightAttacks(square);
-    if constexpr (IsDiagonalSlider(piece)) attacks |= DiagonalAttacks(square);
-    return attacks;
-}
 
 template <int side>
 struct SideAttacks {
@@ -33,7 +24,7 @@ struct SideAttacks {
     void AddPieces() {
         for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
             const int square = PopLowest(men);
-            Add(piece, AttacksBySquare[square] = AttacksOf<piece>(square));
+            Add(piece, AttacksBySquare[square] = AttacksFrom(square, side, piece));
         }
     }
 

@@ -3,6 +3,7 @@
 #include "eval/endings.h"
 #include "eval/endingview.h"
 #include "eval/evaluate.h"
+#include "eval/pawnsets.h"
 #include "eval/pieceendings.h"
 #include "eval/smallpawncounts.h"
 #include "eval/weights.h"
@@ -29,10 +30,9 @@ Bitboard BeforeKing(int side, int king) {
 
 // Whether all pawns of the king's enemy, at least one, stand on its file or beside it and before it.
 bool AreAllPawnsBefore(int side) {
-    const int king = static_cast<int>(board.KingSquare[side]), file = FileOf(king);
-    const Bitboard files = FileBits(file) | FileBits(std::max(file - 1, 0)) | FileBits(std::min(file + 1, 7));
+    const int king = static_cast<int>(board.KingSquare[side]);
     const Bitboard pawns = board.Pieces[PAWN][ChangeSide(side)];
-    return pawns != 0 && (pawns & ~(files & BeforeKing(side, king))) == 0;
+    return pawns != 0 && (pawns & ~(FilesAround(FileOf(king)) & BeforeKing(side, king))) == 0;
 }
 
 int ScalePawnsBeforeKing(int score) {

@@ -14,7 +14,7 @@
 constexpr int UNKNOWN_ENDING = std::numeric_limits<int>::min();
 
 constexpr bool IsLightSquare(int square) {
-    return ((FileOf(square) ^ RankOf(square)) & 1) != 0;
+    return (LIGHT_SQUARES & SquareBit(square)) != 0;
 }
 
 // The side that a Black-positive score favours.

@@ -1,6 +1,7 @@
 #include "eval/evaluate.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/bitboard.h"
 #include "core/board.h"
@@ -34,12 +35,6 @@ bool HasLittleMaterial() {
     return UnitsOf(WHITE) < limit || UnitsOf(BLACK) < limit;
 }
 
-void SetPhases(const MaterialEntry& entry) {
-    eval_info.current_phase = entry.current_phase;
-    eval_info.black_phase = entry.black_phase;
-    eval_info.white_phase = entry.white_phase;
-}
-
 bool IsPawnEnding() {
     return UnitsOf(WHITE) + UnitsOf(BLACK) == 0;
 }
@@ -55,7 +50,10 @@ constexpr int RookAgainstMinors[9] = {0, 5, 10, 15, 20, 20, 20, 20, 20};
 void EvaluateRookAgainstMinors() {
     for (const int side : {WHITE, BLACK}) {
         const int enemy = ChangeSide(side);
-        if (UnitsOf(side) != 5 || UnitsOf(enemy) != 6 || board.PieceNumber[KNIGHT][enemy] == 0) continue;
+        const bool isRook = UnitsOf(side) == PieceUnits[ROOK];
+        const bool areMinors =
+            UnitsOf(enemy) == 2 * PieceUnits[KNIGHT] && board.PieceNumber[KNIGHT][enemy] > 0;
+        if (!isRook || !areMinors) continue;
         const int files = CountSquares(pawn_cache.PassedVector(side));
         eval_info.score += SignOf(side) * RookAgainstMinors[files];
     }
@@ -179,12 +177,15 @@ void StoreResult(int* result) {
 }  // namespace
 
 void ComputePhase() {
-    SetPhases(CurrentMaterial());
+    const MaterialEntry entry = CurrentMaterial();
+    eval_info.current_phase = entry.current_phase;
+    eval_info.black_phase = entry.black_phase;
+    eval_info.white_phase = entry.white_phase;
 }
 
 void SetEndingFlags() {
+    ComputePhase();
     const MaterialEntry entry = CurrentMaterial();
-    SetPhases(entry);
     for (const int side : {WHITE, BLACK}) eval_info.ENDING[side] = (entry.Flags[side] & MATERIAL_ENDING) != 0;
 }
 

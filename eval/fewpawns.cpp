@@ -41,8 +41,7 @@ bool HoldsWay(int square, unsigned piece, Bitboard way) {
 bool IsMinorInTime(const EndingView& view, const Race& race) {
     const unsigned piece = view.Count(KNIGHT, view.Strong) > 0 ? KNIGHT : BISHOP;
     const int minor = LowestSquare(board.Pieces[piece][view.Strong]), pawn = view.Seen(race.Pawn);
-    const Bitboard ahead = view.Weak == WHITE ? FileAhead<WHITE>(pawn) : FileAhead<BLACK>(pawn);
-    const Bitboard way = ahead | SquareBit(pawn);
+    const Bitboard way = FileAhead(view.Weak, pawn) | SquareBit(pawn);
     const int moves = race.Steps - (view.IsStrongToMove ? 0 : 1);
     if (moves >= 2 || HoldsWay(minor, piece, way)) return true;
     if (moves == 0) return false;

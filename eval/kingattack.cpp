@@ -37,10 +37,9 @@ constexpr std::array<int, INDEXES> MakeShelterScale() {
 }
 constexpr std::array<int, INDEXES> ShelterScale = MakeShelterScale();
 
-// Centipawns by the number of squares.
+// Centipawns by the number of squares; the last entry stands for all higher ones.
 constexpr int EXPOSURES = 18;
 constexpr int KingExposure[EXPOSURES] = {0, 1, 3, 6, 10, 15, 20, 25, 30, 35, 40, 45, 50, 55, 60, 65, 70, 75};
-constexpr int MAX_EXPOSED = 31;
 
 // The attack of a side on the enemy king, in units of a hundredth of a danger index.
 template <int side>
@@ -86,9 +85,7 @@ struct KingAttack {
 
     // Pawns that come up to the king on its file and beside it; a pawn that an enemy pawn stops counts less.
     void CountStorm() {
-        const int file = FileOf(King);
-        const Bitboard files = FileBits(file) | Neighbours(FileBits(file));
-        for (Bitboard pawns = board.Pieces[PAWN][side] & files; pawns != 0;) {
+        for (Bitboard pawns = board.Pieces[PAWN][side] & FilesAround(FileOf(King)); pawns != 0;) {
             const int square = PopLowest(pawns), rank = RelativeRank(side, square);
             if (rank < 3 || rank >= RelativeRank(side, King)) continue;
             const bool isStopped = (ShiftAhead<side>(SquareBit(square)) & board.Pieces[PAWN][enemy]) != 0;
@@ -159,10 +156,9 @@ int KingExposureOf(int side) {
     // twice.
     const Bitboard targets = eval_info.attacks[KNIGHT][enemy] | eval_info.attacks[BISHOP][enemy] |
                              eval_info.attacks[ROOK][enemy] | eval_info.attacks[QUEEN][enemy];
-    const Bitboard covers = side == WHITE ? FillAhead<WHITE>(eval_info.attacks[PAWN][WHITE])
-                                          : FillAhead<BLACK>(eval_info.attacks[PAWN][BLACK]);
+    const Bitboard covers = FillAhead(side, eval_info.attacks[PAWN][side]);
     const Bitboard exposed = (StraightAttacks(king) | DiagonalAttacks(king)) & ~eval_info.attacked[side] &
                              ~board.Occupied[enemy] & targets;
     const int count = CountSquares(exposed) + CountSquares(exposed & ~covers);
-    return KingExposure[std::min({count, MAX_EXPOSED, EXPOSURES - 1})];
+    return KingExposure[std::min(count, EXPOSURES - 1)];
 }

@@ -45,7 +45,7 @@ int EndingScore(const EndingView& view) {
 
 bool EvaluateLowMaterial(int* result) {
     SetNoWinFlags();
-    const EndingView view(board.Material[BLACK] > board.Material[WHITE] ? BLACK : WHITE);
+    const EndingView view(LeaderOf(board.Material[BLACK] - board.Material[WHITE]));
     const int score = EndingScore(view);
     if (score == UNKNOWN_ENDING) return false;
     const int bounded = std::clamp(score, -SURE_WIN_LIMIT, SURE_WIN_LIMIT);

@@ -5,6 +5,7 @@
 
 #include "core/attacks.h"
 #include "eval/bitbase.h"
+#include "eval/pawnsets.h"
 #include "eval/weights.h"
 
 namespace {
@@ -90,12 +91,8 @@ int WithPawnsScore(const EndingView& view) {
 
 // Whether an enemy pawn stands in the way of the first pawn.
 bool IsFirstPawnBlocked(const EndingView& view) {
-    const int pawn = view.FirstPawn();
-    Bitboard enemies = board.Pieces[PAWN][view.Weak] & FileBits(FileOf(pawn));
-    while (enemies != 0) {
-        if (RankOf(view.Seen(PopLowest(enemies))) > RankOf(pawn)) return true;
-    }
-    return false;
+    const Bitboard ahead = FileAhead(view.Strong, view.Seen(view.FirstPawn()));
+    return (board.Pieces[PAWN][view.Weak] & ahead) != 0;
 }
 
 // Whether the weak king is beside the corner already, where nothing drives it off, or gets there before the

@@ -107,8 +107,7 @@ struct PassedPawns {
     // The own king holds every square of the way, and the pawn can't be taken before it sets out.
     bool IsEscorted(int square, Bitboard path) const {
         const Bitboard held = KingTargets[OwnKing], pawn = SquareBit(square);
-        const bool isSafe =
-            board.SideToMove == side || ((pawn & held) | (pawn & ~KingTargets[EnemyKing])) != 0;
+        const bool isSafe = board.SideToMove == side || (pawn & (held | ~KingTargets[EnemyKing])) != 0;
         return (path & ~held) == 0 && isSafe;
     }
 
@@ -125,9 +124,7 @@ struct PassedPawns {
 
 // Pawns that run home against a king alone. When both sides have one, the earlier one counts if it comes two
 // plies or more before the other; a pawn that only might run as fast makes the outcome doubtful.
-void EvaluateRaces() {
-    const PassedPawns<WHITE> whites;
-    const PassedPawns<BLACK> blacks;
+void EvaluateRaces(const PassedPawns<WHITE>& whites, const PassedPawns<BLACK>& blacks) {
     const int white = board.PieceMaterial[BLACK] == 0 ? whites.FirstQueen(true) : NEVER;
     const int black = board.PieceMaterial[WHITE] == 0 ? blacks.FirstQueen(true) : NEVER;
     if (std::abs(white - black) < 2) return;
@@ -140,7 +137,9 @@ void EvaluateRaces() {
 }  // namespace
 
 void EvaluatePassedPawns() {
-    PassedPawns<WHITE>().Evaluate();
-    PassedPawns<BLACK>().Evaluate();
-    EvaluateRaces();
+    PassedPawns<WHITE> whites;
+    PassedPawns<BLACK> blacks;
+    whites.Evaluate();
+    blacks.Evaluate();
+    EvaluateRaces(whites, blacks);
 }

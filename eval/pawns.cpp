@@ -18,8 +18,7 @@ struct PawnView {
     static constexpr int enemy = 1 - side;
 
     explicit PawnView(int square) : Square(square), Bit(SquareBit(square)) {
-        const Bitboard lines = Neighbours(FILE_A << FileOf(square));
-        OwnBeside = Own & lines;
+        OwnBeside = Own & Neighbours(FileBits(FileOf(square)));
         Ahead = FileAhead<side>(square);
         AheadBeside = Neighbours(Ahead);
         IsOpen = ((Own | Enemy) & Ahead) == 0;

@@ -20,6 +20,14 @@ constexpr Bitboard FileAhead(int square) {
     return FillAhead<side>(ShiftAhead<side>(SquareBit(square)));
 }
 
+// The same for a side that is known only when the program runs.
+constexpr Bitboard FillAhead(int side, Bitboard set) {
+    return side == WHITE ? FillAhead<WHITE>(set) : FillAhead<BLACK>(set);
+}
+constexpr Bitboard FileAhead(int side, int square) {
+    return side == WHITE ? FileAhead<WHITE>(square) : FileAhead<BLACK>(square);
+}
+
 // The set moved one file towards h and towards a, and both together.
 constexpr Bitboard ShiftToH(Bitboard set) {
     return set << 1 & ~FILE_A;
@@ -29,6 +37,11 @@ constexpr Bitboard ShiftToA(Bitboard set) {
 }
 constexpr Bitboard Neighbours(Bitboard set) {
     return ShiftToH(set) | ShiftToA(set);
+}
+
+// The file and those beside it.
+constexpr Bitboard FilesAround(int file) {
+    return FileBits(file) | Neighbours(FileBits(file));
 }
 
 // What pawns of the side on the set attack.

@@ -13,13 +13,10 @@
 namespace {
 
 constexpr Bitboard WINGS = FileBits(0) | FileBits(7);
-constexpr int MOBILITY_ROOM = 28;
 
-// Centipawns by the number of safe squares that a piece can move to.
-struct MobilityTable {
-    Score Values[MOBILITY_ROOM];
-};
-MobilityTable Mobility[PIECE_CODES];
+// Centipawns by the piece and the number of safe squares that it can move to.
+constexpr int MOBILITY_ROOM = 28;
+Score Mobility[PIECE_CODES][MOBILITY_ROOM];
 
 constexpr int MostMoves[PIECE_CODES] = {0, 0, 8, 0, 0, 14, 13, 27};
 
@@ -33,8 +30,8 @@ void FillTable(unsigned piece, const Scores<4>& knots) {
     for (int count = 0; count <= most; ++count) {
         const int segment = std::min(count * 3 / most, 2), step = count * 3 - segment * most;
         const Score low = knots[static_cast<size_t>(segment)], high = knots[static_cast<size_t>(segment) + 1];
-        Mobility[piece].Values[count] = {AtKnot(low.Opening, high.Opening, step, most),
-                                         AtKnot(low.Ending, high.Ending, step, most)};
+        Mobility[piece][count] = {AtKnot(low.Opening, high.Opening, step, most),
+                                  AtKnot(low.Ending, high.Ending, step, most)};
     }
 }
 
@@ -74,7 +71,7 @@ struct Pieces {
     void EvaluateKind() const {
         for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
             const int square = PopLowest(men), moves = SafeMoves<piece>(square);
-            Credit<side>(Mobility[piece].Values[moves]);
+            Credit<side>(Mobility[piece][moves]);
             if constexpr (piece == KNIGHT || piece == BISHOP) EvaluateMinor<piece>(square);
             if constexpr (piece == ROOK) EvaluateRook(square, moves);
         }

@@ -22,13 +22,17 @@ bool IsBlockedForGood(const EndingView& view) {
     return IsLightSquare(view.SquareOf(BISHOP, view.Strong)) != IsLightSquare(king);
 }
 
-// The third rank, as the defender counts it, can't be crossed by the attacker's king before the pawn is on
-// it; when it is, the rook gives checks from behind.
+// Whether the king stands on the pawn's file or beside it.
+bool IsBeside(int king, int pawn) {
+    return std::abs(FileOf(king) - FileOf(pawn)) <= 1;
+}
+
+// With the defending king before the pawn: the third rank, as the defender counts it, can't be crossed by the
+// attacker's king before the pawn is on it; when it is, the rook gives checks from behind.
 bool IsThirdRankHeld(const EndingView& view) {
     constexpr int THIRD_RANK = 5;  // as the attacker counts
     const int rook = view.SquareOf(ROOK, view.Weak), pawn = view.FirstPawn();
-    return RankOf(rook) == THIRD_RANK && RankOf(pawn) < THIRD_RANK && RankOf(view.StrongKing) < THIRD_RANK &&
-           std::abs(FileOf(view.WeakKing) - FileOf(pawn)) <= 1;
+    return RankOf(rook) == THIRD_RANK && RankOf(pawn) < THIRD_RANK && RankOf(view.StrongKing) < THIRD_RANK;
 }
 
 // A rook that has to stay before its pawn on the seventh rank at the edge, with the enemy rook behind them
@@ -87,10 +91,9 @@ int ScaleRookAndPawn(int score) {
     const int pawn = view.FirstPawn(), file = FileOf(pawn), rank = RankOf(pawn);
     if (IsRookBuried(view))
         return ScaleScore(ScaleScore(score, RookPawnFactor(file)), RookEndingUnsupportedFactor);
-    const auto isBeside = [&](int king) { return std::abs(FileOf(king) - file) <= 1; };
-    if (!isBeside(view.WeakKing) || RankOf(view.WeakKing) <= rank) return score;
+    if (!IsBeside(view.WeakKing, pawn) || RankOf(view.WeakKing) <= rank) return score;
     score = ScaleScore(score, RookPawnFactor(file));
-    const bool isSupported = isBeside(view.StrongKing) && RankOf(view.StrongKing) >= rank;
+    const bool isSupported = IsBeside(view.StrongKing, pawn) && RankOf(view.StrongKing) >= rank;
     if (!isSupported) score = ScaleScore(score, RookEndingUnsupportedFactor);
     return IsThirdRankHeld(view) ? ScaleScore(score, RookEndingThirdRankFactor) : score;
 }

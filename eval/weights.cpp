@@ -14,9 +14,9 @@
 #include "eval/weightlist.inc"
 #undef WEIGHT
 
-Personality Aggressivity;
-Personality Cowardice;
-Personality Tropism;
+Personality Aggressivity{100, 50};
+Personality Cowardice{100, 50};
+Personality Tropism{100, 200};
 
 namespace {
 
@@ -25,14 +25,12 @@ constexpr int MAX_ROW = 32;
 struct WeightRow {
     int* Values;
     int Count;
-    const char* Name;
-    const char* Meaning;
     int Defaults[MAX_ROW];
 };
 
 // The types of the list are made of nothing but ints, so a weight can be read as an array of them.
 #define WEIGHT(type, name, meaning, ...) \
-    {reinterpret_cast<int*>(&name), sizeof(type) / sizeof(int), #name, meaning, {__VA_ARGS__}},
+    {reinterpret_cast<int*>(&name), sizeof(type) / sizeof(int), {__VA_ARGS__}},
 const WeightRow WeightRows[] = {
 #include "eval/weightlist.inc"
 };

@@ -41,8 +41,8 @@ void SetTropism(int raw);
 // Sets every weight to its default and builds the tables that follow from the weights.
 void InitWeights();
 
-// Reads the weights from a file, one integer a line, in the table's order, and rebuilds the tables. A file
-// that can't be opened, is too short or too long or holds anything but integers changes nothing: false.
+// Reads the weights from a file, one integer a line, in the order of the list, and rebuilds the tables. A
+// file that can't be opened, is too short or too long or holds anything but integers changes nothing: false.
 bool LoadWeights(const char* path);
 
 // Writes the weights in the same form; false when the file can't be written.

@@ -209,7 +209,8 @@ TEST_F(EvaluateTest, Preferences) {
 }
 
 TEST_F(EvaluateTest, KnownScores) {
-    EXPECT_EQ(Evaluation(), 9 + eval_info.tempo[WHITE]) << "the start, where the bonus has one point more";
+    const int start = Evaluation();
+    EXPECT_EQ(start, 9 + eval_info.tempo[WHITE]) << "the start, where the bonus has one point more";
     LoadFEN("5rkq/5ppp/8/8/8/8/5PPP/1K3RQ1 w - -");
     Evaluation();
     EXPECT_GE(eval_info.optimism[BLACK], 74 + 40) << "an open king's shelter and its distance from the other";
@@ -220,7 +221,8 @@ TEST_F(EvaluateTest, KnownScores) {
     LoadFEN("k7/7p/8/8/8/8/P7/7K w - -");
     EXPECT_EQ(Evaluation(), 0) << "a pawn each and nothing between them";
     LoadFEN("4k3/4p3/8/8/8/8/8/3NK3 w - -");
-    EXPECT_LE(Evaluation(), 9 + eval_info.tempo[WHITE]) << "a knight can't win";
+    const int knight = Evaluation();
+    EXPECT_LE(knight, 9 + eval_info.tempo[WHITE]) << "a knight can't win";
 }
 
 // Sums that only a board set up by hand can reach never look like a mate, and pawns may stand anywhere.

@@ -5,10 +5,10 @@
 #include <string>
 
 #include "core/attackquery.h"
-#include "core/bitboard.h"
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/makemove.h"
+#include "eval/endingview.h"
 #include "eval/evaluate.h"
 #include "search/root.h"
 #include "tests/search/searchtest.h"
@@ -59,9 +59,7 @@ class MatingTest : public SearchTest {
 
     static bool IsQuietStart() {
         const Bitboard white = board.Occupied[WHITE];
-        const Bitboard bishops = board.Pieces[BISHOP][WHITE];
-        const bool arePaired =
-            board.PieceNumber[BISHOP][WHITE] < 2 || ((bishops & LIGHT_SQUARES) && (bishops & ~LIGHT_SQUARES));
+        const bool arePaired = board.PieceNumber[BISHOP][WHITE] < 2 || HasBishopPair(WHITE);
         const auto king = static_cast<int>(board.KingSquare[BLACK]);
         return arePaired && !IsKingAttacked(BLACK) && !(AttacksFrom(king, BLACK, KING) & white);
     }

@@ -14,9 +14,6 @@ int main(int argc, char** argv) {
     InitAttackTables();
     InitPawnBitbase();
     InitWeights();
-    SetAggressivity(100);
-    SetCowardice(100);
-    SetTropism(100);
     ResetBoard();
     return RUN_ALL_TESTS();
 }
