@@ -11,6 +11,7 @@
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movegen.h"
+#include "core/movetest.h"
 #include "core/perft.h"
 
 // Each benchmark runs on the same positions, chosen by its first argument.
@@ -106,14 +107,27 @@ void SquareAttacked(benchmark::State& state) {
     CountItems(state, 128);
 }
 
-// Every move as if it were a capture: the board is asked, not only the values.
-void SafeCapture(benchmark::State& state) {
+template <typename Test>
+void MeasureMoveTest(benchmark::State& state, Test test) {
     LoadPosition(state);
     const std::vector<Move> moves = ListMoves();
     for (auto _ : state) {
-        for (const Move move : moves) benchmark::DoNotOptimize(IsSafeMove(move));
+        for (const Move move : moves) benchmark::DoNotOptimize(test(move));
     }
     CountItems(state, moves.size());
+}
+
+void Checking(benchmark::State& state) {
+    MeasureMoveTest(state, GivesCheck);
+}
+
+void Possible(benchmark::State& state) {
+    MeasureMoveTest(state, IsPossible);
+}
+
+// Every move as if it were a capture: the board is asked, not only the values.
+void SafeCapture(benchmark::State& state) {
+    MeasureMoveTest(state, IsSafeMove);
 }
 
 void PerftWalk(benchmark::State& state) {
@@ -134,6 +148,8 @@ BENCHMARK(Quiet)->Apply(OnPositions);
 BENCHMARK(Evasions);
 BENCHMARK(SquareAttacked)->Apply(OnPositions);
 BENCHMARK(SafeCapture)->Apply(OnPositions);
+BENCHMARK(Checking)->Apply(OnPositions);
+BENCHMARK(Possible)->Apply(OnPositions);
 BENCHMARK(PerftWalk)->Apply(OnPositions)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -74,12 +74,15 @@ Bitboard XrayRay(int target, int square) {
     return RayAttacks(square, step) & sliders;
 }
 
+bool IsLoneBlocker(int target, int square, int side) {
+    if (Direction[target * 64 + square] == 0) return false;
+    if (BetweenSquares[target * 64 + square] & AllOccupied()) return false;
+    return (XrayRay(target, square) & board.Occupied[side]) != 0;
+}
+
 bool IsPinned(int square) {
-    const int us = board.SideToMove, king = static_cast<int>(board.KingSquare[us]);
-    const int step = Direction[king * 64 + square];
-    if (step == 0) return false;
-    if (BetweenSquares[king * 64 + square] & AllOccupied()) return false;
-    return (XrayRay(king, square) & board.Occupied[ChangeSide(us)]) != 0;
+    const int us = board.SideToMove;
+    return IsLoneBlocker(static_cast<int>(board.KingSquare[us]), square, ChangeSide(us));
 }
 
 bool IsKingAttacked(int side) {

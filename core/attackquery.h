@@ -22,6 +22,10 @@ Bitboard RayAttacks(int square, int step);
 // or the empty set. There must be a line; the men on it up to `square` don't matter.
 Bitboard XrayRay(int target, int square);
 
+// Whether nothing but the man on `square` stands between `target` and a slider of `side` that would bear on
+// it.
+bool IsLoneBlocker(int target, int square, int side);
+
 // Whether the man of the side to move on the square is pinned against its own king.
 bool IsPinned(int square);
 

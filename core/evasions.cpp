@@ -5,33 +5,27 @@
 #include "core/bitboard.h"
 #include "core/board.h"
 #include "core/movelist.h"
+#include "core/moverules.h"
 #include "core/movescore.h"
 
-namespace {
-
-// What a check demands of the replies.
-struct Check {
-    Bitboard Checkers;
-    Bitboard Targets = 0;   // where a man other than the king ends the check; empty in double check
-    int Lines[2] = {0, 0};  // steps from checking sliders toward the king, 0 for none
-};
-
 Check FindCheck(int king) {
-    Check check{AttackersOf(ChangeSide(board.SideToMove), king)};
-    if (check.Checkers == 0) return check;
-    const int high = HighestSquare(check.Checkers), low = LowestSquare(check.Checkers);
-    const auto lineOf = [&](int checker) {
-        return IsSlider(board.PieceOn[checker]) ? Direction[checker * 64 + king] : 0;
-    };
-    check.Lines[0] = lineOf(high);
-    if (high != low) {
-        check.Lines[1] = lineOf(low);
-    } else {
-        check.Targets = check.Checkers;
-        if (check.Lines[0] != 0) check.Targets |= BetweenSquares[high * 64 + king];
+    const int us = board.SideToMove;
+    Check check{AttackersOf(ChangeSide(us), king), 0, KingTargets[king] & ~board.Occupied[us]};
+    for (Bitboard set = check.Checkers; set != 0;) {
+        const int checker = PopLowest(set);
+        // There is always a line, but for men that an edited board has in two sets.
+        const int step = Direction[checker * 64 + king];
+        if (IsSlider(board.PieceOn[checker]) && step != 0) {
+            check.Flights &= ~HalfRays[DirectionIndex(step)][king];
+        }
+    }
+    if (std::has_single_bit(check.Checkers)) {
+        check.Targets = check.Checkers | BetweenSquares[LowestSquare(check.Checkers) * 64 + king];
     }
     return check;
 }
+
+namespace {
 
 void AppendReply(int from, int to, unsigned piece, unsigned promotion = EMPTY) {
     const Move move = BuildMove(from, to, piece, board.PieceOn[to], promotion);
@@ -47,15 +41,11 @@ void AppendPawnReply(int from, int to) {
     }
 }
 
-void AppendKingReplies(int king, const Check& check) {
-    const int us = board.SideToMove;
-    for (Bitboard set = KingTargets[king] & ~board.Occupied[us]; set != 0;) {
-        const int to = PopLowest(set);
-        if (IsSquareAttacked(ChangeSide(us), to)) continue;
-        // The king still shields the square behind it from a slider.
-        const int step = Direction[king * 64 + to];
-        if (step == check.Lines[0] || step == check.Lines[1]) continue;
-        AppendReply(king, to, KING);
+void AppendKingReplies(int king, Bitboard flights) {
+    const int them = ChangeSide(board.SideToMove);
+    while (flights != 0) {
+        const int to = PopLowest(flights);
+        if (!IsSquareAttacked(them, to)) AppendReply(king, to, KING);
     }
 }
 
@@ -74,18 +64,15 @@ void AppendPieceReplies(Bitboard targets) {
 
 template <int side>
 void AppendPawnSteps(Bitboard targets) {
-    constexpr int BACK = side == WHITE ? -8 : 8;
+    constexpr int STEP = PawnStep(side);
     const Bitboard empty = ~AllOccupied(), pawns = board.Pieces[PAWN][side];
-    const Bitboard single = ShiftAhead<side>(pawns) & empty;
-    const Bitboard twice =
-        ShiftAhead<side>(ShiftAhead<side>(pawns & RelativeRankBits(side, 1)) & empty) & empty;
-    for (Bitboard set = twice & targets; set != 0;) {
+    for (Bitboard set = DoubleSteps<side>(pawns, empty) & targets; set != 0;) {
         const int to = PopLowest(set);
-        if (!IsPinned(to + 2 * BACK)) AppendPawnReply(to + 2 * BACK, to);
+        if (!IsPinned(to - 2 * STEP)) AppendPawnReply(to - 2 * STEP, to);
     }
-    for (Bitboard set = single & targets; set != 0;) {
+    for (Bitboard set = SingleSteps<side>(pawns, empty) & targets; set != 0;) {
         const int to = PopLowest(set);
-        if (!IsPinned(to + BACK)) AppendPawnReply(to + BACK, to);
+        if (!IsPinned(to - STEP)) AppendPawnReply(to - STEP, to);
     }
 }
 
@@ -95,7 +82,7 @@ void AppendEnPassantReplies(Bitboard targets) {
     const int victim = DoubleStepSquare();
     if (victim < 0) return;
     const int us = board.SideToMove, file = FileOf(victim);
-    const int to = victim + (us == WHITE ? 8 : -8);
+    const int to = victim + PawnStep(us);
     if (!(targets & (SquareBit(victim) | SquareBit(to)))) return;
     for (const int offset : {-1, 1}) {
         if (file + offset < 0 || file + offset > 7) continue;
@@ -118,7 +105,7 @@ void AppendPawnCaptures(int checker) {
 void GenerateEvasions() {
     const int king = static_cast<int>(board.KingSquare[board.SideToMove]);
     const Check check = FindCheck(king);
-    AppendKingReplies(king, check);
+    AppendKingReplies(king, check.Flights);
     if (check.Targets == 0) return;
     const int checker = LowestSquare(check.Checkers);
     AppendPieceReplies(check.Targets);

@@ -4,6 +4,7 @@
 #include "core/attacks.h"
 #include "core/bitboard.h"
 #include "core/board.h"
+#include "core/moverules.h"
 #include "core/movescore.h"
 
 namespace {
@@ -50,7 +51,7 @@ void GeneratePawnCaptures(Bitboard targets) {
 
 template <int side>
 void GenerateEnPassant() {
-    constexpr int STEP = side == WHITE ? 8 : -8;
+    constexpr int STEP = PawnStep(side);
     const int victim = DoubleStepSquare();
     if (victim < 0) return;
     const int file = FileOf(victim);
@@ -97,7 +98,7 @@ void GenerateCapturesOf(Bitboard targets) {
 // Promotions of the pawns on the seventh rank whose square ahead is empty, White's highest square first.
 template <int side, unsigned... pieces>
 void GeneratePromotionsTo() {
-    constexpr int STEP = side == WHITE ? 8 : -8;
+    constexpr int STEP = PawnStep(side);
     Bitboard pawns = board.Pieces[PAWN][side] & RelativeRankBits(side, 6);
     while (pawns != 0) {
         const int from = side == WHITE ? PopHighest(pawns) : PopLowest(pawns);
@@ -114,21 +115,9 @@ void AppendQuiet(int from, int to, unsigned piece, int table) {
 
 template <int side>
 void GenerateCastling(int table) {
-    constexpr int HOME = side == WHITE ? E1 : E8;
-    constexpr unsigned SHORT = side == WHITE ? WHITE_SHORT : BLACK_SHORT;
-    constexpr unsigned LONG = side == WHITE ? WHITE_LONG : BLACK_LONG;
-    constexpr Bitboard SHORT_PATH = SquareBit(HOME + 1) | SquareBit(HOME + 2);
-    constexpr Bitboard LONG_PATH = SquareBit(HOME - 1) | SquareBit(HOME - 2) | SquareBit(HOME - 3);
-    constexpr int OTHER = side ^ 1;
-    const Bitboard occupied = AllOccupied();
-    if ((board.CastlingFlags & SHORT) && !(occupied & SHORT_PATH) && !IsSquareAttacked(OTHER, HOME + 1) &&
-        !IsSquareAttacked(OTHER, HOME + 2)) {
-        AppendQuiet<side>(HOME, HOME + 2, KING, table);
-    }
-    if ((board.CastlingFlags & LONG) && !(occupied & LONG_PATH) && !IsSquareAttacked(OTHER, HOME - 1) &&
-        !IsSquareAttacked(OTHER, HOME - 2)) {
-        AppendQuiet<side>(HOME, HOME - 2, KING, table);
-    }
+    constexpr int HOME = KingHome(side);
+    if (IsCastlingOpen<side, 1>()) AppendQuiet<side>(HOME, HOME + 2, KING, table);
+    if (IsCastlingOpen<side, -1>()) AppendQuiet<side>(HOME, HOME - 2, KING, table);
 }
 
 template <int side, unsigned piece>
@@ -143,7 +132,7 @@ void GeneratePieceQuiet(Bitboard empty, int table) {
 
 template <int side>
 void GeneratePawnQuiet(Bitboard empty, int table) {
-    constexpr int STEP = side == WHITE ? 8 : -8;
+    constexpr int STEP = PawnStep(side);
     Bitboard pawns = board.Pieces[PAWN][side] & ~RelativeRankBits(side, 6) & ShiftAhead<side ^ 1>(empty);
     while (pawns != 0) {
         const int from = PopPawn<side>(pawns);
