@@ -7,6 +7,8 @@
 #include "core/moverules.h"
 #include "core/movescore.h"
 
+int KingAttackCount[2];
+
 namespace {
 
 void AppendCapture(int from, int to, unsigned piece, unsigned promotion = EMPTY) {
@@ -74,25 +76,31 @@ Bitboard PieceTargets(int from) {
     if constexpr (piece == QUEEN) return StraightAttacks(from) | DiagonalAttacks(from);
 }
 
+// Returns how many of the men attack the zone.
 template <int side, unsigned piece>
-void GeneratePieceCaptures(Bitboard targets) {
+int GeneratePieceCaptures(Bitboard targets, Bitboard zone) {
+    int count = 0;
     for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
         const int from = PopLowest(men);
-        for (Bitboard set = PieceTargets<side, piece>(from) & targets; set != 0;) {
-            AppendCapture(from, PopLowest(set), piece);
-        }
+        const Bitboard attacks = PieceTargets<side, piece>(from);
+        count += (attacks & zone) != 0;
+        for (Bitboard set = attacks & targets; set != 0;) AppendCapture(from, PopLowest(set), piece);
     }
+    return count;
 }
 
 template <int side>
 void GenerateCapturesOf(Bitboard targets) {
     GeneratePawnCaptures<side>(targets);
     GenerateEnPassant<side>();
-    GeneratePieceCaptures<side, KNIGHT>(targets);
-    GeneratePieceCaptures<side, BISHOP>(targets);
-    GeneratePieceCaptures<side, ROOK>(targets);
-    GeneratePieceCaptures<side, QUEEN>(targets);
-    GeneratePieceCaptures<side, KING>(targets);
+    const int king = static_cast<int>(board.KingSquare[side ^ 1]);
+    const Bitboard zone = KingTargets[king] | SquareBit(king);
+    int attackers = GeneratePieceCaptures<side, KNIGHT>(targets, zone);
+    attackers += GeneratePieceCaptures<side, BISHOP>(targets, zone);
+    attackers += GeneratePieceCaptures<side, ROOK>(targets, zone);
+    attackers += GeneratePieceCaptures<side, QUEEN>(targets, zone);
+    KingAttackCount[side] = attackers;
+    GeneratePieceCaptures<side, KING>(targets, 0);
 }
 
 // Promotions of the pawns on the seventh rank whose square ahead is empty, White's highest square first.
@@ -160,6 +168,10 @@ void GenerateQuietOf(int table) {
 
 void GenerateCaptures(Bitboard targets) {
     board.SideToMove == WHITE ? GenerateCapturesOf<WHITE>(targets) : GenerateCapturesOf<BLACK>(targets);
+}
+
+void ResetKingAttackCounts() {
+    KingAttackCount[WHITE] = KingAttackCount[BLACK] = 0;
 }
 
 void GeneratePromotions() {

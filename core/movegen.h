@@ -7,7 +7,15 @@
 // move list; whether the mover's king is left in check is for the caller to test. The list must have room.
 
 // Captures of men on `targets` (usually the opponent's men) and en-passant captures, scored by CaptureScore.
+// Also sets KingAttackCount of the side to move.
 void GenerateCaptures(Bitboard targets);
+
+// By side: how many of its knights, bishops, rooks and queens attacked the opponent's king or a square beside
+// it when GenerateCaptures last ran for the side. Whoever wants the count of an earlier node must keep it.
+extern int KingAttackCount[2];
+
+// Sets both counts to zero.
+void ResetKingAttackCounts();
 
 // Promotions without capture, scored by CaptureScore: to queen, rook, knight and bishop.
 void GeneratePromotions();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "core/board.h"
@@ -10,6 +11,7 @@
 #include "core/legal.h"
 #include "tests/support/datafile.h"
 #include "tests/support/positions.h"
+#include "tests/support/slowposition.h"
 #include "tests/support/walker.h"
 
 namespace {
@@ -50,6 +52,28 @@ TEST_F(MovegenTest, StagesFitTogether) {
                       [](Move move) { return MovePromotion(move) == ROOK || MovePromotion(move) == BISHOP; });
         ASSERT_EQ(TextOf(MovesOf(GenerateQueenKnightPromotions)), TextOf(promotions));
     });
+}
+
+TEST_F(MovegenTest, CountsThePiecesThatBearOnTheKing) {
+    int most = 0;
+    VisitRandomBoards(5000 / WORK_DIVISOR, 23, [&] {
+        const int us = board.SideToMove;
+        const SlowPosition position = SlowPosition::FromBoard();
+        const int king = position.KingOf(us ^ 1);
+        const Bitboard zone = position.AttacksFrom(king, us ^ 1, KING) | SquareBit(king);
+        int expected = 0;
+        for (int square = 0; square < 64; ++square) {
+            const SlowPosition::Man& man = position.Men[square];
+            if (man.Piece == EMPTY || man.Piece == KING || man.Piece == PAWN || man.Side != us) continue;
+            expected += (position.AttacksFrom(square, us, man.Piece) & zone) != 0;
+        }
+        ResetKingAttackCounts();
+        Captures();
+        ASSERT_EQ(KingAttackCount[us], expected);
+        ASSERT_EQ(KingAttackCount[us ^ 1], 0);
+        most = std::max(most, expected);
+    });
+    EXPECT_GT(most, 3);
 }
 
 TEST_F(MovegenTest, AppendsInTheFixedOrder) {
