@@ -5,6 +5,7 @@
 #include "core/attackquery.h"
 #include "core/attacks.h"
 #include "core/board.h"
+#include "core/checks.h"
 #include "core/evasions.h"
 #include "core/exchange.h"
 #include "core/fen.h"
@@ -72,6 +73,12 @@ void Captures(benchmark::State& state) {
 
 void Quiet(benchmark::State& state) {
     MeasureGenerator(state, [] { GenerateQuiet(0); });
+}
+
+// Calls a second: on most boards there are few checks or none.
+void QuietChecks(benchmark::State& state) {
+    MeasureGenerator(state, [] { benchmark::DoNotOptimize(GenerateQuietChecks(1)); });
+    CountItems(state, 1);
 }
 
 void Promotions(benchmark::State& state) {
@@ -145,6 +152,7 @@ BENCHMARK(MakeUnmake)->Apply(OnPositions);
 BENCHMARK(Captures)->Apply(OnPositions);
 BENCHMARK(Promotions);
 BENCHMARK(Quiet)->Apply(OnPositions);
+BENCHMARK(QuietChecks)->Apply(OnPositions);
 BENCHMARK(Evasions);
 BENCHMARK(SquareAttacked)->Apply(OnPositions);
 BENCHMARK(SafeCapture)->Apply(OnPositions);
