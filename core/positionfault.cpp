@@ -1,28 +1,9 @@
 #include "core/positionfault.h"
 
-#include <algorithm>
-
 #include "core/attackquery.h"
 #include "core/bitboard.h"
 #include "core/board.h"
-
-bool IsBoardConsistent() {
-    const Board actual = board;
-    if ((actual.Occupied[WHITE] & actual.Occupied[BLACK]) != 0) return false;
-    ClearBoard();
-    for (int square = 0; square < 64; ++square) {
-        const bool isWhite = (actual.Occupied[WHITE] & SquareBit(square)) != 0;
-        if (actual.PieceOn[square] != EMPTY) {
-            AddPiece(square, isWhite ? WHITE : BLACK, actual.PieceOn[square]);
-        }
-    }
-    Board rebuilt = board;
-    board = actual;
-    // Not derived from the men: the king row only counts up, and Fifty depends on the moves.
-    std::copy_n(actual.PieceNumber[KING], 2, rebuilt.PieceNumber[KING]);
-    rebuilt.Fifty = actual.Fifty;
-    return rebuilt == actual;
-}
+#include "core/boardcheck.h"
 
 bool HasPhantomMen() {
     for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
@@ -58,7 +39,7 @@ const char* FindPositionFault() {
         if (board.PieceNumber[PAWN][side] > 8) return "a side has more than eight pawns";
         if (CountSquares(board.Occupied[side]) > 16) return "a side has more than sixteen men";
     }
-    if (!IsBoardConsistent()) return "men were taken off without clearing the board";
+    if (!IsBoardExact()) return "men were taken off without clearing the board";
     if (IsKingAttacked(ChangeSide(board.SideToMove))) return "the side not to move is in check";
     const Move last = LastMove();
     const Bitboard way = SquareBit(MoveFrom(last)) | SquareBit((MoveFrom(last) + MoveTo(last)) / 2);

@@ -2,10 +2,6 @@
 
 // What can be wrong with a board that was set up by hand.
 
-// Whether every derived field of `board` is what AddPiece makes of its men. False after edit mode has taken
-// men off without clearing the board, or after a programming error.
-bool IsBoardConsistent();
-
 // Whether a piece set names a man that does not stand on its square, as after taking men off in edit mode
 // without clearing the board. Moves can't be made on such a board.
 bool HasPhantomMen();

@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "core/board.h"
+#include "core/boardcheck.h"
 #include "core/fen.h"
 #include "core/legal.h"
 #include "core/material.h"
-#include "core/positionfault.h"
 #include "tests/support/positions.h"
 #include "tests/support/slowposition.h"
 #include "tests/support/walker.h"
@@ -93,7 +93,7 @@ TEST_F(MakeMoveTest, TakesBackWhatWasPlayedWhoeverIsToMove) {
     LoadFEN(EN_PASSANT_BOTH_SIDES);
     EXPECT_TRUE(TakeBackMove());
     EXPECT_EQ(GetFEN(), "43/3p4/8/2P1P3/8/8/8/4K3 b - - ");
-    EXPECT_TRUE(IsBoardConsistent());
+    EXPECT_TRUE(IsBoardExact());
     // A double step that nobody can have played.
     LoadFEN("4k3/3n4/8/3pP3/8/8/8/4K3 w - d5");
     const Board claimed = board;

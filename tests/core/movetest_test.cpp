@@ -1,16 +1,17 @@
 #include "core/movetest.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <random>
 
 #include "core/attackquery.h"
 #include "core/board.h"
+#include "core/checks.h"
+#include "core/exchange.h"
 #include "core/fen.h"
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movegen.h"
+#include "core/movescore.h"
 #include "tests/support/walker.h"
 
 namespace {
@@ -22,69 +23,90 @@ void VisitBoth(int positions, uint64_t seed, const std::function<void()>& visit)
     VisitRandomBoards(positions / WORK_DIVISOR, seed, visit);
 }
 
+std::vector<Move> QuietChecks(int wide, size_t expectedNumber) {
+    std::vector<Move> moves = MovesOf([=] {
+        EXPECT_EQ(GenerateQuietChecks(wide), static_cast<int>(expectedNumber));
+        for (int i = 0; i < MoveListTop; ++i) {
+            EXPECT_EQ(MoveList[i].Score, HistoryCounter(MoveList[i].Move, wide, board.SideToMove));
+        }
+    });
+    std::ranges::sort(moves);
+    return moves;
+}
+
 TEST_F(MoveTestTest, KnowsChecksAndSafetyAsIfTheMoveWereMade) {
-    int checks = 0, unsafe = 0;
+    int unsafe = 0, poor = 0, discovered = 0, castling = 0;
+    std::mt19937 random(30);
+    for (auto& table : HistoryCounters) {
+        for (int32_t& counter : table) counter = static_cast<int32_t>(random() % 32700);
+    }
     VisitBoth(30000, 31, [&] {
         const int us = board.SideToMove;
         const bool isInCheck = IsKingAttacked(us);
-        for (const Move move : MovesOf(GenerateMoves)) {
-            const bool givesCheck = GivesCheck(move), isSafe = isInCheck || KeepsKingSafe(move);
+        const std::vector<Move> quiet = MovesOf([] { GenerateQuiet(0); });
+        std::vector<Move> wide, narrow;
+        for (const Move move : MovesOf(GenerateAllStages)) {
+            const bool givesCheck = GivesCheck(move), isSafe = KeepsKingSafe(move), isGood = IsSafeMove(move);
             MakeMove(move, 1);
-            const bool isCheck = IsKingAttacked(us ^ 1), isKingSafe = !IsKingAttacked(us);
+            const Bitboard checkers = AttackersOf(us, static_cast<int>(board.KingSquare[us ^ 1]));
+            const bool isKingSafe = !IsKingAttacked(us);
             UnmakeMove();
-            ASSERT_EQ(givesCheck, isCheck) << TextOf({move});
+            ASSERT_EQ(givesCheck, checkers != 0) << TextOf({move});
             ASSERT_TRUE(isInCheck || isSafe == isKingSafe) << TextOf({move});
-            checks += isCheck;
-            unsafe += !isSafe;
+            unsafe += !isInCheck && !isSafe;
+            if (!givesCheck || std::ranges::count(quiet, move) == 0) continue;
+            const bool isDiscovered = (checkers & ~SquareBit(MoveTo(move))) != 0 && !IsCastling(move);
+            wide.push_back(move);
+            if (isGood || isDiscovered) narrow.push_back(move);
+            poor += !isGood && !isDiscovered;
+            discovered += isDiscovered;
+            castling += IsCastling(move);
         }
+        std::ranges::sort(wide);
+        std::ranges::sort(narrow);
+        ASSERT_EQ(TextOf(QuietChecks(1, wide.size())), TextOf(wide));
+        ASSERT_EQ(TextOf(QuietChecks(0, wide.size())), TextOf(narrow));
     });
-    EXPECT_GT(checks, 10000 / WORK_DIVISOR);
-    EXPECT_GT(unsafe, 10000 / WORK_DIVISOR);
+    for (const int met : {unsafe, poor, discovered}) EXPECT_GT(met, 1000 / WORK_DIVISOR);
+    EXPECT_GT(castling, 20 / WORK_DIVISOR);
+    ClearHistoryCounters();
 }
 
 TEST_F(MoveTestTest, AcceptsExactlyTheWordsOfTheGenerators) {
-    std::mt19937 random(32);
-    VisitBoth(500, 32, [&] {
+    VisitBoth(500, 32, [] {
         std::vector<Move> moves = MovesOf(GenerateAllStages);
         std::ranges::sort(moves);
         size_t accepted = 0;
         for (Move word = 0; word < 8 << 12; ++word) {
             const unsigned piece = board.PieceOn[MoveFrom(word)], captured = board.PieceOn[MoveTo(word)];
-            const Move move = BuildMove(MoveFrom(word), MoveTo(word), piece, captured, word >> 12);
-            accepted += IsPossible(move);
+            accepted += IsPossible(BuildMove(MoveFrom(word), MoveTo(word), piece, captured, word >> 12));
         }
         ASSERT_EQ(accepted, moves.size());
-        const auto isGenerated = [&](Move word) { return std::ranges::binary_search(moves, word); };
         for (const Move move : moves) {
             ASSERT_TRUE(IsPossible(move)) << TextOf({move});
             for (int bit = 0; bit < 32; ++bit) {
                 const Move corrupted = move ^ Move { 1 } << bit;
-                ASSERT_EQ(IsPossible(corrupted), isGenerated(corrupted)) << TextOf({move}) << " bit " << bit;
+                ASSERT_EQ(IsPossible(corrupted), std::ranges::binary_search(moves, corrupted)) << corrupted;
             }
-        }
-        for (int i = 0; i < 1000; ++i) {
-            const Move word = static_cast<Move>(random() >> (i % 2 == 0 ? 11 : 0));
-            ASSERT_EQ(IsPossible(word), isGenerated(word)) << word;
         }
     });
 }
 
 TEST_F(MoveTestTest, FindsAReplyExactlyWhenOneIsLegal) {
-    int mates = 0, replies = 0;
-    VisitBoth(60000, 33, [&] {
+    int replies[2] = {0, 0};
+    const auto visit = [&] {
         if (!IsKingAttacked(board.SideToMove)) return;
         const bool hasReply = !LegalMoves().empty();
         ASSERT_EQ(HasLegalReply(), hasReply);
-        ++(hasReply ? replies : mates);
-    });
-    EXPECT_GT(mates, 100 / WORK_DIVISOR);
-    EXPECT_GT(replies, 1000 / WORK_DIVISOR);
-    LoadFEN("8/8/7R/3k4/3pP3/6B1/8/K1R1R3 b - e4");
-    EXPECT_EQ(TextOf(LegalMoves()), "d4e3");
-    EXPECT_TRUE(HasLegalReply());
-    // The pawn that is taken shields the king.
-    LoadFEN("8/8/7R/3k4/3pP3/6B1/8/K1R1R2B b - e4");
-    EXPECT_FALSE(HasLegalReply());
+        ++replies[hasReply];
+    };
+    VisitBoth(60000, 33, visit);
+    for (const int met : replies) EXPECT_GT(met, 100 / WORK_DIVISOR);
+    // En passant is the only reply, and then uncovers a bishop.
+    for (const char* fen : {"8/8/7R/3k4/3pP3/6B1/8/K1R1R3 b - e4", "8/8/7R/3k4/3pP3/6B1/8/K1R1R2B b - e4"}) {
+        LoadFEN(fen);
+        visit();
+    }
 }
 
 }  // namespace
