@@ -1,5 +1,7 @@
 #include "core/evasions.h"
 
+#include <bit>
+
 #include "core/attackquery.h"
 #include "core/attacks.h"
 #include "core/bitboard.h"
@@ -13,11 +15,9 @@ Check FindCheck(int king) {
     Check check{AttackersOf(ChangeSide(us), king), 0, KingTargets[king] & ~board.Occupied[us]};
     for (Bitboard set = check.Checkers; set != 0;) {
         const int checker = PopLowest(set);
-        // There is always a line, but for men that an edited board has in two sets.
-        const int step = Direction[checker * 64 + king];
-        if (IsSlider(board.PieceOn[checker]) && step != 0) {
-            check.Flights &= ~HalfRays[DirectionIndex(step)][king];
-        }
+        // A step over the edge leads to a square that is not beside the king.
+        const int behind = (king + Direction[checker * 64 + king]) & 63;
+        if (IsSlider(board.PieceOn[checker])) check.Flights &= ~SquareBit(behind);
     }
     if (std::has_single_bit(check.Checkers)) {
         check.Targets = check.Checkers | BetweenSquares[LowestSquare(check.Checkers) * 64 + king];
