@@ -85,6 +85,12 @@ bool HasInputEnded() {
     return Lines().IsClosed && Lines().Complete.empty();
 }
 
+void EndInput() {
+    Lines().Complete.clear();
+    Lines().Partial.clear();
+    Lines().IsClosed = true;
+}
+
 void ResetInput() {
     Lines() = LineBuffer();
 }

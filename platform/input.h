@@ -30,5 +30,8 @@ bool HasKeptLine();
 // Whether standard input has ended and every line of it has been taken; never waits.
 bool HasInputEnded();
 
+// Takes the input as ended: whatever of it has not been taken is ignored, and nothing more is read.
+void EndInput();
+
 // Forgets everything read and kept, and the end of input.
 void ResetInput();

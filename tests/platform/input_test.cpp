@@ -80,6 +80,17 @@ TEST(InputTest, WaitsForAWholeLine) {
     writer.join();
 }
 
+TEST(InputTest, IgnoresWhatFollowsItsEnd) {
+    PipeInput input;
+    input.Write("taken\ncut\nhal");
+    std::string line;
+    ASSERT_TRUE(TakeWaitingLine(line));
+    EndInput();
+    input.Write("f\n");
+    EXPECT_TRUE(HasInputEnded());
+    EXPECT_EQ(RemainingLines(), Lines());
+}
+
 TEST(InputTest, ForgetsEverythingOnReset) {
     PipeInput input;
     input.Write("old\nhal");
