@@ -10,6 +10,7 @@
 #include "eval/evaluate.h"
 #include "eval/weights.h"
 #include "frontend/analyze.h"
+#include "frontend/bench.h"
 #include "frontend/devtools.h"
 #include "frontend/hashtables.h"
 #include "frontend/newgame.h"
@@ -141,6 +142,7 @@ const Command CommandChain[] = {
     {"debug", RunDebug},
     // What interfaces send for "otime".
     {"otim", SetNumber<OpponentTime>},
+    {"bench", RunBench},
 };
 
 bool MatchesLine(const Command& command, const char* line) {

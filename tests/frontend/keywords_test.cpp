@@ -58,7 +58,7 @@ TEST(KeywordsTest, TheOrderOfTheChainDecides) {
         "ti>time|o>otime|otim 5>otim|otim>otime|t>time|b>black|br>brd|bk>bkm|is>isready|mv>mvd|"
         "mo>moves|c>clean|c2>c2|eg>egtbstat|ep>epdevl|ea>easy|l>level|lo>loadfen|a>analyze|a1>-|"
         "A1h8><move>| a1h8>-|i1a1>-|a0a1>-|B8C6 and more><move>|  BRD>brd|\tbrd>-|>-|   >-|"
-        "d2d4><move>|c3c2><move>|GO depth 3>go|xyz>-";
+        "d2d4><move>|c3c2><move>|be>bench|ben>bench|Bench>bench|benches>bench|bend>-|GO depth 3>go|xyz>-";
     for (const std::string& row : Split(rows, '|')) {
         const size_t end = row.find('>');
         EXPECT_EQ(Takers(row.substr(0, end)), row.substr(end + 1)) << row;

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <thread>
 
-Engine::Engine(const std::string& path, const std::string& settings) {
+Engine::Engine(const std::string& path, const std::string& settings, const char* argument) {
     if (!settings.empty()) directory_.WriteFile("Kestrovan.ini", settings);
     signal(SIGPIPE, SIG_IGN);
     int toEngine[2], fromEngine[2];
@@ -22,7 +22,7 @@ Engine::Engine(const std::string& path, const std::string& settings) {
         signal(SIGPIPE, SIG_DFL);
         dup2(toEngine[0], STDIN_FILENO);
         dup2(fromEngine[1], STDOUT_FILENO);
-        if (chdir(directory_.Path().c_str()) == 0) execl(path.c_str(), path.c_str(), nullptr);
+        if (chdir(directory_.Path().c_str()) == 0) execl(path.c_str(), path.c_str(), argument, nullptr);
         _exit(127);
     }
     close(toEngine[0]);

@@ -15,8 +15,9 @@ constexpr int SILENCE_LIMIT_MS = 90'000;
 // goes wrong throws std::runtime_error, which fails a test. A process that still runs is killed at the end.
 class Engine {
   public:
-    // Starts the program; with `settings`, unless empty, as its settings file.
-    explicit Engine(const std::string& path, const std::string& settings = "");
+    // Starts the program; with `settings`, unless empty, as its settings file, and with one argument or none.
+    explicit Engine(const std::string& path, const std::string& settings = "",
+                    const char* argument = nullptr);
     ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
