@@ -13,6 +13,7 @@ struct HelpRow {
 
 const HelpRow FirstPage[] = {
     {"analyze", "Enters analyze mode"},
+    {"bench", "Counts the nodes and the time of a fixed set of searches"},
     {"black", "Sets black to move and engine side to white"},
     {"brd", "Prints a board"},
     {"bkm", "Prints book moves for current position"},

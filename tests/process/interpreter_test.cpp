@@ -16,6 +16,7 @@ constexpr char HELP_TEXT[] =
     "------------------------------------------------------------------------------\n"
     "\n"
     "analyze .................. Enters analyze mode\n"
+    "bench .................... Counts the nodes and the time of a fixed set of searches\n"
     "black .................... Sets black to move and engine side to white\n"
     "brd ...................... Prints a board\n"
     "bkm ...................... Prints book moves for current position\n"
