@@ -21,14 +21,14 @@
 #include "frontend/tokens.h"
 #include "platform/output.h"
 #include "search/modes.h"
+#include "search/multipv.h"
 #include "search/root.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 
 namespace {
 
-int DebugMode = 0;     // "debug on"; nothing depends on it yet
-int MultiPvCount = 1;  // lines wanted; one is searched so far
+int DebugMode = 0;  // "debug on"; nothing depends on it yet
 
 constexpr int VALUE_TOKEN = 4;         // setoption name X value Y
 constexpr int MEGABYTES_LIMIT = 1024;  // of every table, as the options announce

@@ -12,6 +12,7 @@ constexpr int MAX_PLY = 190;
 struct PlyRecord {
     Move BestMove;    // what the node at this ply returns as best, 0 for none
     int InCheck;      // the side to move at this ply is in check; set by the parent
+    int GivesCheck;   // the move being searched from this ply gives check
     Move Killer1[2];  // by side: the last two quiet moves that cut off at this ply
     Move Killer2[2];
 };

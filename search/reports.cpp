@@ -1,7 +1,7 @@
 #include "search/reports.h"
 
+#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "core/board.h"
 #include "core/keys.h"
@@ -10,6 +10,7 @@
 #include "core/movetext.h"
 #include "platform/output.h"
 #include "search/modes.h"
+#include "search/multipv.h"
 #include "search/polling.h"
 #include "search/root.h"
 #include "search/search.h"
@@ -21,8 +22,7 @@ namespace {
 int64_t LastReportNodes = 0;  // Nodes at the last UCI line
 int NodeRateCountdown = 0;    // looks at the clock until the next node-rate line
 
-long long NodesPerSecond() {
-    const int elapsed = ElapsedTime();
+long long NodesPerSecond(int elapsed) {
     return elapsed >= 1 ? static_cast<long long>(Nodes) * 100 / elapsed : 0;
 }
 
@@ -30,10 +30,41 @@ void ResetNodeRateCountdown() {
     NodeRateCountdown = 100000 / (PollInterval > 0 ? PollInterval : 1);
 }
 
-std::string ScoreText(int score) {
-    if (score > MATE_BOUND) return "mate " + std::to_string((MATE + 1 - score) >> 1) + " ";
-    if (score < -MATE_BOUND) return "mate -" + std::to_string((score + MATE + 1) / 2) + " ";
+// The text of a score, in the form that suits `model`.
+std::string ScoreText(int score, int model) {
+    if (model > MATE_BOUND) return "mate " + std::to_string((MATE + 1 - score) >> 1) + " ";
+    if (model < -MATE_BOUND) return "mate -" + std::to_string((score + MATE + 1) / 2) + " ";
     return "cp " + std::to_string(score) + " ";
+}
+
+const char* BoundText(int boundType) {
+    return boundType == BOUND_UPPER ? "upperbound " : boundType == BOUND_LOWER ? "lowerbound " : "";
+}
+
+// The part that both UCI lines have in common, from the depth on.
+void PrintState(int score, int model, int boundType) {
+    Print("depth %d seldepth %d score %s%s", IterationDepth + 1, MaxPlyReached,
+          ScoreText(score, model).c_str(), BoundText(boundType));
+    const int elapsed = ElapsedTime();
+    Print("nodes %lld time %d hashfull %d nps %lld tbhits %d", static_cast<long long>(Nodes), elapsed,
+          HashFull(), NodesPerSecond(elapsed), TablebaseHits);
+}
+
+void PrintCurrentMove() {
+    Print(" currmove %s currmovenumber %d", MoveToText(RootMove(CurrentRootMove)), CurrentRootMove + 1);
+}
+
+void PrintAllLines(int failingLine, int boundType) {
+    for (int i = 0; i < RootMoveCount && i < MultiPvCount; ++i) {
+        Print("info multipv %d ", i + 1);
+        PrintState(RootScores[i], RootScore, i == failingLine ? boundType : BOUND_NONE);
+        PrintCurrentMove();
+        Print(" pv");
+        PrintPv(i);
+        Print("\n");
+    }
+    FlushOutput();
+    ResetNodeRateCountdown();
 }
 
 // Scores of mates as the xboard line shows them: a mate in one ply is 32766.
@@ -63,7 +94,7 @@ Move VerifiedHashMove() {
 void PrintThinkingLine() {
     Print("%d %d %d %lld", IterationDepth + 1, ShownScore(RootScore), ElapsedTime(),
           static_cast<long long>(Nodes));
-    PrintPv();
+    PrintPv(0);
     Print("\n");
     FlushOutput();
 }
@@ -74,38 +105,46 @@ void PrintThinking(int force) {
 }
 
 void PrintUciInfo(int force, int boundType, int withPv) {
-    if (!force && Nodes != 0 && Nodes - LastReportNodes <= 30000) return;
+    // Unsigned: a count that the last search has left behind holds nothing back.
+    const auto sinceLast = static_cast<uint64_t>(Nodes) - static_cast<uint64_t>(LastReportNodes);
+    if (!force && Nodes != 0 && sinceLast <= 30000) return;
     LastReportNodes = Nodes;
-    Print("info depth %d seldepth %d score %s", IterationDepth + 1, MaxPlyReached,
-          ScoreText(UciScore()).c_str());
-    if (boundType == BOUND_UPPER) Print("upperbound ");
-    if (boundType == BOUND_LOWER) Print("lowerbound ");
-    Print("nodes %lld time %d hashfull %d nps %lld tbhits %d", static_cast<long long>(Nodes), ElapsedTime(),
-          HashFull(), NodesPerSecond(), TablebaseHits);
+    Print("info ");
+    PrintState(UciScore(), UciScore(), boundType);
     if (withPv) {
         Print(" pv");
-        PrintPv();
+        PrintPv(0);
     } else {
-        Print(" currmove %s currmovenumber %d", MoveToText(RootMove(CurrentRootMove)), CurrentRootMove + 1);
+        PrintCurrentMove();
     }
     Print("\n");
     FlushOutput();
     ResetNodeRateCountdown();
 }
 
-void PrintReport(int force, int boundType) {
-    if (UciMode) {
-        PrintUciInfo(force, boundType, 1);
+void PrintMultiPv(int failingLine, int boundType) {
+    if (Nodes == 0 || Nodes > 50000) PrintAllLines(failingLine, boundType);
+}
+
+void PrintLines() {
+    PrintAllLines(0, BOUND_NONE);
+}
+
+void PrintReport(int line, int boundType) {
+    if (!UciMode) {
+        if (line == 0) PrintThinking(0);
+    } else if (MultiPvCount > 1) {
+        PrintMultiPv(line, boundType);
     } else {
-        PrintThinking(force);
+        PrintUciInfo(0, boundType, 1);
     }
 }
 
 void PrintNodeRate() {
     ResetNodeRateCountdown();
     if (Nodes != 0 && Nodes <= 200000) return;
-    Print("info nps %lld nodes %lld tbhits %d hashfull %d\n", NodesPerSecond(), static_cast<long long>(Nodes),
-          TablebaseHits, HashFull());
+    Print("info nps %lld nodes %lld tbhits %d hashfull %d\n", NodesPerSecond(ElapsedTime()),
+          static_cast<long long>(Nodes), TablebaseHits, HashFull());
     FlushOutput();
 }
 
@@ -113,22 +152,21 @@ void CountDownNodeRate() {
     if (--NodeRateCountdown < 0) PrintNodeRate();
 }
 
-void PrintPv() {
+void PrintPv(int line) {
     constexpr int FURTHER_MOVES = 20;
-    std::vector<Move> line;
-    PonderMove = NO_MOVE;
-    for (Move move = RootMove(0); move != NO_MOVE; move = VerifiedHashMove()) {
+    const bool isBest = line == 0;
+    int length = 0;
+    if (isBest) PonderMove = NO_MOVE;
+    for (Move move = RootMove(line); move != NO_MOVE; move = VerifiedHashMove()) {
         Print(" %s", MoveToText(move));
-        if (line.size() == 1) PonderMove = move;
-        if (line.size() == 2) ExpectMove(move);
+        if (isBest && length == 1) PonderMove = move;
+        if (isBest && length == 2) ExpectMove(move);
         MakeMove(move, 1);
-        line.push_back(move);
-        if (line.size() > FURTHER_MOVES) break;
+        if (++length > FURTHER_MOVES) break;
     }
-    for (size_t i = 0; i < line.size(); ++i) UnmakeMove();
+    for (; length > 0; --length) UnmakeMove();
 }
 
 void ResetReports() {
-    LastReportNodes = 0;
     ResetNodeRateCountdown();
 }

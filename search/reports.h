@@ -13,8 +13,16 @@ void PrintThinkingLine();
 // upper bound, 2 a lower one. Unless forced, not within 30000 nodes of the last one.
 void PrintUciInfo(int force, int boundType, int withPv);
 
-// The report of the active dialect; with the principal variation.
-void PrintReport(int force, int boundType);
+// The UCI lines of all principal variations, of which `failingLine` is a bound if `boundType` is 1 or 2. What
+// kind of score they show, centipawns or a mate, follows the first line's, deliberately. Not within the first
+// 50000 nodes.
+void PrintMultiPv(int failingLine, int boundType);
+
+// The same at any time: the last report of a search.
+void PrintLines();
+
+// What the active dialect and MultiPvCount have for a new score of root entry `line`.
+void PrintReport(int line, int boundType);
 
 // The UCI line of node rate and table use; nothing within the first 200000 nodes.
 void PrintNodeRate();
@@ -22,10 +30,10 @@ void PrintNodeRate();
 // Counts a look at the clock, and prints the node rate once in a while.
 void CountDownNodeRate();
 
-// Appends the principal variation, each move as " %s", from the root position on. Moves behind the first come
-// from the transposition table and are verified. Remembers the reply as PonderMove, and the move after it
-// with its position as what the next search expects.
-void PrintPv();
+// Appends the principal variation of root entry `line`, each move as " %s". Moves behind the first come from
+// the transposition table and are verified. That of the best line gives PonderMove, its reply, and with the
+// move after that what the next search expects.
+void PrintPv(int line);
 
-// Starts counting reports anew, before a search.
+// Starts the countdown to the node rate anew, before a search.
 void ResetReports();

@@ -1,12 +1,16 @@
 #include "search/root.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/board.h"
 #include "core/keys.h"
-#include "core/makemove.h"
 #include "core/movescore.h"
+#include "eval/evaluate.h"
+#include "search/aspiration.h"
+#include "search/materialwindow.h"
 #include "search/modes.h"
+#include "search/multipv.h"
 #include "search/ordering.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
@@ -16,7 +20,6 @@
 #include "search/transposition.h"
 
 int IterationDepth = 0;
-int RootScore = 0;
 int CurrentRootMove = 0;
 int RootGamePly = 0;
 Move PonderMove = NO_MOVE;
@@ -25,89 +28,55 @@ Move ExpectedMove = NO_MOVE;
 
 namespace {
 
-constexpr int NARROW_WIDTH = 20;
-constexpr int WIDE_WIDTH = 120;
-
 // What the last search would play in the position with this key and side to move.
 uint64_t ExpectedKey = 0;
 int ExpectedSide = WHITE;
 Move ExpectedAnswer = NO_MOVE;
 
-// Searches root move i, from its mover's view.
-int SearchRootMove(int i, int alpha, int beta) {
-    alpha = std::max(alpha, -MATE);
-    beta = std::min(beta, MATE);
-    const int depth = IterationDepth * PLY_DEPTH + (RootGivesCheck[i] ? 90 : 30);
-    MakeMove(MoveList[i].Move, 1);
-    PlyInfo[1].InCheck = RootGivesCheck[i];
-    Ply = 1;
-    const int score = -Search(-beta, -alpha, depth, 1, beta == alpha + 1 ? -1 : 0);
-    Ply = 0;
-    UnmakeMove();
-    return score;
-}
-
-// Takes a score over as the root's and reports it.
-void TakeScore(int score, int boundType) {
+int TakeRootScore(int i, int score, int boundType) {
     RootScore = score;
-    PrintReport(0, boundType);
+    SetMaterialWindow();
+    PrintReport(i, boundType);
+    return i;
 }
 
-// Searches root move i again after it failed high at `score` with a window of `width` above it.
-int ResearchHigh(int i, int score, int width) {
-    if (score + width >= MATE) return SearchRootMove(i, score, MATE);
-    const int again = SearchRootMove(i, score, score + width);
-    if (StopRequested || again < score + width) return again;
-    TakeScore(again, BOUND_LOWER);
-    return SearchRootMove(i, again, MATE);
-}
-
-int ResearchLow(int score) {
-    if (score - WIDE_WIDTH >= -MATE + 1) {
-        const int again = SearchRootMove(0, score - WIDE_WIDTH, score);
-        if (StopRequested || again > score - WIDE_WIDTH) return again;
-        score = again;
-        TakeScore(score, BOUND_UPPER);
-    }
-    return SearchRootMove(0, -MATE, score);
-}
-
-void SearchFirstMove() {
-    const int expected = RootScore;
-    int score = SearchRootMove(0, expected - NARROW_WIDTH, expected + NARROW_WIDTH);
-    if (StopRequested) return;
-    if (score >= expected + NARROW_WIDTH) {
-        TakeScore(score, BOUND_LOWER);
-        score = ResearchHigh(0, score, WIDE_WIDTH);
-    } else if (score <= expected - NARROW_WIDTH) {
-        TakeScore(score, BOUND_UPPER);
-        score = ResearchLow(score);
-    }
-    if (!StopRequested) TakeScore(score, BOUND_NONE);
-}
-
-void SearchLaterMove(int i) {
-    int score = SearchRootMove(i, RootScore, RootScore + 1);
-    if (StopRequested) return;
+// Tests root entry i against the best; returns where it stands then.
+int ChallengeBest(int i) {
+    const int score = SearchRootEntry(i, RootScore, RootScore + 1);
+    if (StopRequested) return i;
     if (score > RootScore) {
+        RootScores[i] = score;
         MoveToFront(i);
-        TakeScore(score, BOUND_LOWER);
-        score = ResearchHigh(0, score, NARROW_WIDTH);
-        if (!StopRequested) TakeScore(score, BOUND_NONE);
-    } else if (UciMode && i == RootMoveCount - 1) {
-        PrintNodeRate();
+        SetMaterialWindow();
+        return SearchAbove(0, score, NARROW_WIDTH, TakeRootScore);
+    }
+    if (UciMode && i == RootMoveCount - 1) PrintNodeRate();
+    return i;
+}
+
+void SearchMoves() {
+    for (int i = 0; i < RootMoveCount && !StopRequested; ++i) {
+        CurrentRootMove = i;
+        const int64_t nodesBefore = Nodes;
+        const int place = i == 0 ? SearchAround(0, TakeRootScore) : ChallengeBest(i);
+        RootNodes[place] = Nodes - nodesBefore;
+        if (i == 0) SortRootMoves(1);
     }
 }
 
-// Orders the root moves behind the first by the work that they made.
-void SortRootMoves() {
-    for (int last = 2; last < RootMoveCount; ++last) {
-        for (int i = last; i > 1 && RootNodes[i] > RootNodes[i - 1]; --i) {
-            std::swap(MoveList[i], MoveList[i - 1]);
-            std::swap(RootNodes[i], RootNodes[i - 1]);
-            std::swap(RootGivesCheck[i], RootGivesCheck[i - 1]);
-        }
-    }
+bool HasFoundSoughtMate() {
+    return RootScore > MATE - 2 * MateSearch;
+}
+
+// Whether the result can't get better: a mate within the depth searched, or the mate that was asked for.
+bool HasFoundMate(int depth) {
+    if (MateSearch > 0) return HasFoundSoughtMate();
+    return std::abs(RootScore) > MATE + 1 - depth;
+}
+
+// A mate search that has not found its mate has bounds only.
+bool HasExactScore() {
+    return MateSearch <= 0 || HasFoundSoughtMate();
 }
 
 void RunIteration(int depth) {
@@ -117,30 +86,16 @@ void RunIteration(int depth) {
     ++Nodes;
     --PollCountdown;
     if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = 1;
+    SetMaterialWindow();
     CurrentRootMove = 0;
     if (UciMode && Nodes > 200000) PrintUciInfo(1, BOUND_NONE, 0);
-    for (int i = 0; i < RootMoveCount && !StopRequested; ++i) {
-        CurrentRootMove = i;
-        const int64_t nodesBefore = Nodes;
-        const Move move = MoveList[i].Move;
-        if (i == 0) {
-            SearchFirstMove();
-        } else {
-            SearchLaterMove(i);
-        }
-        // A move that has become the best stands in front now.
-        RootNodes[MoveList[i].Move == move ? i : 0] = Nodes - nodesBefore;
-        if (i == 0) SortRootMoves();
+    if (MultiPvCount > 1) {
+        SearchLines();
+    } else {
+        SearchMoves();
     }
-    if (!StopRequested) {
-        HashStore(depth * PLY_DEPTH + 90, RootMove(0), RootScore, BOUND_EXACT, 0, 0, 0);
-    }
-}
-
-// Whether the result can't get better: a mate within the depth searched, or the mate that was asked for.
-bool HasFoundMate(int depth) {
-    if (MateSearch > 0) return RootScore > MATE - 2 * MateSearch;
-    return RootScore > MATE + 1 - depth || RootScore < depth - (MATE + 1);
+    if (StopRequested || !HasExactScore()) return;
+    HashStore(depth * PLY_DEPTH + 90, RootMove(0), RootScore, BOUND_EXACT, 0, 0, ROOT_STORE_PLY);
 }
 
 void ResetSearch() {
@@ -152,6 +107,7 @@ void ResetSearch() {
     MaxPlyReached = 0;
     IterationDepth = 0;
     CurrentRootMove = 0;
+    EngineSide = board.SideToMove;
     RootGamePly = GamePly();
     Ply = 0;
     PonderMove = NO_MOVE;
@@ -162,13 +118,23 @@ void ResetSearch() {
     ResetReports();
 }
 
+// The iterations after which a mate in `moves` counts as disproved. The mate takes 2 * moves - 1 plies, but a
+// late move costs two plies of depth, a bad capture three and a quiet move of a simple ending four: an
+// ordinary mate is found by 4 * moves iterations, and a mixture of the dearer moves some later. They are
+// cheap: the window of the mate ends every line that lasts longer than it.
+int CountMateIterations(int moves) {
+    return std::min(6 * std::min(moves, DEEPEST_ITERATION) + 8, DEEPEST_ITERATION);
+}
+
 void Deepen(int maxDepth) {
-    const int mateDepth = MateSearch > 0 ? std::min(MateSearch, DEEPEST_ITERATION) * 2 + 1 : maxDepth;
-    const int limit = std::min({maxDepth, mateDepth, DEEPEST_ITERATION + 1});
+    const int lastDepth = MateSearch > 0 ? CountMateIterations(MateSearch) : DEEPEST_ITERATION;
+    const int limit = std::min(maxDepth, lastDepth + 1);
     for (int depth = 1; depth < limit && !StopRequested; ++depth) {
         RunIteration(depth);
         if (!StopRequested && HasFoundMate(depth)) break;
     }
+    if (!HasExactScore()) RootScore = 0;
+    if (UciMode && MultiPvCount > 1 && IterationDepth > 0) PrintLines();
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 int RootMoveCount = 0;
 int64_t RootNodes[POSITION_MOVES];
 int RootGivesCheck[POSITION_MOVES];
+int RootScores[POSITION_MOVES];
 Move SearchMoves[SEARCH_MOVES_SIZE];
 int SearchMovesCount = 0;
 int LastScore = 0;
@@ -84,14 +85,14 @@ void DescribeMoves() {
     }
 }
 
-// Brings the table's move to the front; false when it is not in the list.
-bool PutHashMoveFirst(Move move) {
-    for (int i = 0; i < RootMoveCount; ++i) {
-        if (MoveList[i].Move != move) continue;
-        MoveToFront(i);
-        return true;
+// Moves element `from` of an array to place `to`.
+template <typename T>
+void ShiftElement(T* array, int from, int to) {
+    if (to <= from) {
+        std::rotate(array + to, array + from, array + from + 1);
+    } else {
+        std::rotate(array + from, array + from + 1, array + to + 1);
     }
-    return false;
 }
 
 }  // namespace
@@ -107,10 +108,30 @@ Move RootMove(int i) {
     return i < RootMoveCount ? MoveList[i].Move : NO_MOVE;
 }
 
+int FindRootMove(Move move) {
+    const auto isMove = [=](const ScoredMove& entry) { return entry.Move == move; };
+    const auto place = std::find_if(MoveList, MoveList + RootMoveCount, isMove);
+    return place == MoveList + RootMoveCount ? -1 : static_cast<int>(place - MoveList);
+}
+
+void ShiftRootMove(int from, int to) {
+    ShiftElement(MoveList, from, to);
+    ShiftElement(RootNodes, from, to);
+    ShiftElement(RootGivesCheck, from, to);
+    ShiftElement(RootScores, from, to);
+}
+
 void MoveToFront(int i) {
-    std::rotate(MoveList, MoveList + i, MoveList + i + 1);
-    std::rotate(RootNodes, RootNodes + i, RootNodes + i + 1);
-    std::rotate(RootGivesCheck, RootGivesCheck + i, RootGivesCheck + i + 1);
+    ShiftRootMove(i, 0);
+    PrintReport(0, BOUND_LOWER);
+}
+
+void SortRootMoves(int first) {
+    for (int i = first + 1; i < RootMoveCount; ++i) {
+        int place = i;
+        while (place > first && RootNodes[place - 1] < RootNodes[i]) --place;
+        ShiftRootMove(i, place);
+    }
 }
 
 int LastScoreToMove() {
@@ -123,7 +144,9 @@ int PrepareRoot() {
     int score = LastScoreToMove();
     if (const HashEntry* entry = HashProbe()) {
         hashMove = HashMove(*entry);
-        if (HashBound(*entry) == BOUND_EXACT) score = HashScoreAt(*entry, 0);
+        // The root stores its result as if it stood a ply deeper, deliberately; reading it in the same way
+        // keeps the distance of a mate.
+        if (HashBound(*entry) == BOUND_EXACT) score = HashScoreAt(*entry, ROOT_STORE_PLY);
     }
     const bool isInCheck = IsKingAttacked(board.SideToMove);
     PlyInfo[0].InCheck = isInCheck;
@@ -138,8 +161,10 @@ int PrepareRoot() {
         AnnounceEnd(isInCheck);
         return 1;
     }
-    RootScore = score;
-    if (PutHashMoveFirst(hashMove)) {
+    std::fill_n(RootScores, RootMoveCount, score);
+    const int hashPlace = FindRootMove(hashMove);
+    if (hashPlace >= 0) {
+        ShiftRootMove(hashPlace, 0);
         IterationDepth = 0;
         Nodes = 0;
         PrintReport(0, BOUND_NONE);

@@ -10,11 +10,26 @@ extern int RootMoveCount;
 extern int64_t RootNodes[POSITION_MOVES];  // spent below the move in the last iteration
 extern int RootGivesCheck[POSITION_MOVES];
 
+// Centipawns from the engine's side. Only the entries that are lines of play have one that means something:
+// the first, or the first MultiPvCount.
+extern int RootScores[POSITION_MOVES];
+inline constexpr int& RootScore = RootScores[0];  // of the best root move
+
 // Move i of the root list; 0 beyond its end.
 Move RootMove(int i);
 
-// Moves root entry i to position 0, with all that is known of it, and shifts those before it down.
+// The place of a move in the root list, -1 when it isn't there.
+int FindRootMove(Move move);
+
+// Moves root entry `from`, with all that is known of it, to place `to`; those between make room.
+void ShiftRootMove(int from, int to);
+
+// Moves root entry i to the front and reports it as better than what stood there; its score has been set.
 void MoveToFront(int i);
+
+// Orders the entries from `first` on by the nodes that the last iteration spent on them, most first. Equals
+// keep their order.
+void SortRootMoves(int first);
 
 // The restriction of a UCI "go searchmoves"; none when the count is 0. Set by commands.
 constexpr int SEARCH_MOVES_SIZE = 256;

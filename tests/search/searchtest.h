@@ -8,6 +8,7 @@
 #include "core/movetext.h"
 #include "search/draws.h"
 #include "search/modes.h"
+#include "search/multipv.h"
 #include "search/ordering.h"
 #include "search/root.h"
 #include "search/timecontrol.h"
@@ -23,13 +24,15 @@ class SearchTest : public CoreTest {
         HashEntries = 1 << 14;
         ASSERT_TRUE(AllocateTransposition());
         Forget();
-        NodeLimit = MateSearch = SearchMovesCount = DrawScore = UciMode = PostMode = 0;
+        NodeLimit = MateSearch = SearchMovesCount = DrawScore = UciMode = PostMode = Analyzing = 0;
+        MultiPvCount = 1;
         EngineTime = NO_CLOCK;
         SetNoTimeLimit();
     }
     void TearDown() override {
         FreeTransposition();
-        HashEntries = NodeLimit = 0;
+        HashEntries = NodeLimit = MateSearch = UciMode = PostMode = 0;
+        MultiPvCount = 1;
         ResetBoard();
     }
 
