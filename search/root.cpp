@@ -133,7 +133,7 @@ void Deepen(int maxDepth) {
         RunIteration(depth);
         if (!StopRequested && HasFoundMate(depth)) break;
     }
-    if (!HasExactScore()) RootScore = 0;
+    if (!HasExactScore()) std::fill_n(RootScores, RootMoveCount, 0);
     if (UciMode && MultiPvCount > 1 && IterationDepth > 0) PrintLines();
 }
 
