@@ -1,5 +1,6 @@
 #include "core/keys.h"
 
+#include "core/bitboard.h"
 #include "core/board.h"
 
 uint64_t PieceKeys[2][PIECE_CODES][64];
@@ -14,6 +15,12 @@ uint32_t KeyState = 1;
 uint32_t NextDraw() {
     KeyState = KeyState * 214013u + 2531011u;
     return (KeyState >> 16) & 0x7FFF;
+}
+
+// What a double step that ended on the square adds to the key: its file, when a pawn of `side` stands beside.
+uint64_t EnPassantKey(int victim, int side) {
+    const Bitboard beside = (SquareBit(victim) & ~FILE_A) >> 1 | (SquareBit(victim) & ~FILE_H) << 1;
+    return (beside & board.Pieces[PAWN][side]) != 0 ? EnPassantKeys[FileOf(victim)] : 0;
 }
 
 }  // namespace
@@ -36,14 +43,31 @@ void InitHashKeys() {
 }
 
 uint64_t PositionKey() {
-    uint64_t key = board.HashKey ^ CastleKeys[board.CastlingFlags];
     const int victim = DoubleStepSquare();
-    if (victim >= 0) {
-        const int file = FileOf(victim);
-        const Bitboard pawns = board.Pieces[PAWN][board.SideToMove];
-        const bool hasLeft = file > 0 && (pawns & SquareBit(victim - 1)) != 0;
-        const bool hasRight = file < 7 && (pawns & SquareBit(victim + 1)) != 0;
-        if (hasLeft || hasRight) key ^= EnPassantKeys[file];
+    return board.HashKey ^ CastleKeys[board.CastlingFlags] ^
+           (victim < 0 ? 0 : EnPassantKey(victim, board.SideToMove));
+}
+
+uint64_t HashKeyAfter(Move move) {
+    const int us = board.SideToMove, from = MoveFrom(move), to = MoveTo(move);
+    const unsigned piece = MovePiece(move), promotion = MovePromotion(move);
+    uint64_t key = board.HashKey ^ PieceKeys[us][piece][from] ^
+                   PieceKeys[us][promotion == EMPTY ? piece : promotion][to] ^
+                   PieceKeys[ChangeSide(us)][MoveCaptured(move)][to];
+    if (IsEnPassant(move)) key ^= PieceKeys[ChangeSide(us)][PAWN][EnPassantVictim(move)];
+    if (IsCastling(move)) {
+        const bool isShort = to > from;
+        key ^=
+            PieceKeys[us][ROOK][isShort ? to + 1 : to - 2] ^ PieceKeys[us][ROOK][isShort ? to - 1 : to + 1];
     }
     return key;
+}
+
+uint64_t PositionKeyAfter(Move move, uint64_t hashKey) {
+    const unsigned piece = MovePiece(move);
+    unsigned flags = board.CastlingFlags;
+    if (piece == KING || piece == ROOK) flags &= CastleMask[static_cast<size_t>(MoveFrom(move))];
+    if (MoveCaptured(move) == ROOK) flags &= CastleMask[static_cast<size_t>(MoveTo(move))];
+    hashKey ^= CastleKeys[flags];
+    return IsDoubleStep(move) ? hashKey ^ EnPassantKey(MoveTo(move), ChangeSide(board.SideToMove)) : hashKey;
 }

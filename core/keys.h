@@ -21,3 +21,7 @@ uint64_t RandomKey64();
 // The key of the current position: its men, castling rights and the file on which a pawn of the side to move
 // stands beside a pawn that has just made a double step. The side to move is not in it.
 uint64_t PositionKey();
+
+// What `board.HashKey` is after a pseudo-legal move, and from it what PositionKey is then.
+uint64_t HashKeyAfter(Move move);
+uint64_t PositionKeyAfter(Move move, uint64_t hashKey);

@@ -30,5 +30,5 @@ inline bool HasMoveListRoom() {
     return MoveListTop <= MOVE_LIST_SIZE - POSITION_MOVES;
 }
 
-// Swaps the entry with the highest score among [first, MoveListTop) to `first`; the earliest of equals wins.
-void SelectBestMove(int first);
+// Swaps the entry with the highest score among [first, end) to `first`; the earliest of equals wins.
+void SelectBestMove(int first, int end);

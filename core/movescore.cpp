@@ -27,16 +27,21 @@ constexpr unsigned FEWEST_TRIALS = 9;
 
 // Success of a capture in 256ths, 0 with too few trials.
 unsigned MeasureSuccess(Move move) {
-    const int index = StatIndex(move, board.SideToMove);
-    if (StatStamp[index] != SearchNumber) {
-        StatStamp[index] = SearchNumber;
-        TriedCount[index] = GoodCount[index] = 0;
-    }
+    const int index = FreshStatIndex(move, board.SideToMove);
     if (TriedCount[index] < FEWEST_TRIALS) return 0;
     return GoodCount[index] * 256u / TriedCount[index];
 }
 
 }  // namespace
+
+int FreshStatIndex(Move move, int side) {
+    const int index = StatIndex(move, side);
+    if (StatStamp[index] != SearchNumber) {
+        StatStamp[index] = SearchNumber;
+        TriedCount[index] = GoodCount[index] = 0;
+    }
+    return index;
+}
 
 int CaptureScore(Move move) {
     const unsigned captured = MoveCaptured(move), promotion = MovePromotion(move);

@@ -35,6 +35,9 @@ inline int StatIndex(Move move, int side) {
     return from << 12 | MoveTo(move) << 6 | pieces;
 }
 
+// The slot of a capture by `side`, with both counts set to zero when they are of another search.
+int FreshStatIndex(Move move, int side);
+
 // The best replies to checks so far, by (square the checker arrived on x 64 + king square) x 2 + side to
 // move.
 constexpr int CHECK_REPLIES = 8192;
@@ -43,8 +46,9 @@ inline int CheckReplyIndex(Move previous, int king, int side) {
     return (MoveTo(previous) * 64 + king) * 2 + side;
 }
 
-// The score of a capture, promotion or en-passant capture by the side to move: above 100000 for one that
-// loses nothing, by victim first.
+// The score of a capture, promotion or en-passant capture by the side to move: above SAFE_CAPTURE_SCORE for
+// one that loses nothing, by victim first.
+constexpr int SAFE_CAPTURE_SCORE = 100000;
 int CaptureScore(Move move);
 
 // The score of a reply to a check by the side to move.

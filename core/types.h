@@ -93,6 +93,10 @@ constexpr bool ChangesFileParity(Move move) {
 constexpr bool IsEnPassant(Move move) {
     return MovePiece(move) == PAWN && MoveCaptured(move) == EMPTY && ChangesFileParity(move);
 }
+constexpr bool IsCastling(Move move) {
+    const int files = FileOf(MoveTo(move)) - FileOf(MoveFrom(move));
+    return MovePiece(move) == KING && (files == 2 || files == -2);
+}
 // Neither a capture nor a promotion. An en-passant capture is quiet by this test: its captured field is
 // empty.
 constexpr bool IsQuiet(Move move) {

@@ -152,6 +152,8 @@ void SumTerms(bool isPawnEnding) {
     eval_info.opening = board.PsqOpening;
     eval_info.ending = board.PsqEnding;
     EvaluatePawnStructure(&eval_info.opening, &eval_info.ending);
+    eval_info.pawn_structure = Taper(eval_info.opening - board.PsqOpening, eval_info.ending - board.PsqEnding,
+                                     eval_info.current_phase);
     EvaluateRookAgainstMinors();
     if (isPawnEnding) EvaluateKingCutOff();
     if ((eval_info.passed_pawns[WHITE] | eval_info.passed_pawns[BLACK]) != 0) EvaluatePassedPawns();

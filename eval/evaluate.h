@@ -12,6 +12,7 @@ struct EvalInfo {
     int material;  // the material part alone
     int opening;   // the halves that the phase tapers between
     int ending;
+    int pawn_structure;   // the tapered score of the pawn skeleton alone; 0 where it was not asked for
     int side_opening[2];  // king safety and passed pawns, which fade with the side's own phase
     int side_ending[2];
     int tempo[2];            // on top of the side-to-move bonus

@@ -14,6 +14,7 @@
 #include "eval/weightlist.inc"
 #undef WEIGHT
 
+unsigned EvaluationVersion = 0;
 Personality Aggressivity{100, 50};
 Personality Cowardice{100, 50};
 Personality Tropism{100, 200};
@@ -85,6 +86,7 @@ void BuildTables() {
     FillMaterialTable();
     FillMobilityTables();
     ClearPawnHash();
+    ++EvaluationVersion;
 }
 
 // The integers of a weights file, or nothing when it isn't one.
@@ -114,12 +116,15 @@ int ScaledTo(int raw, int percent) {
 
 void SetAggressivity(int raw) {
     Aggressivity = {raw, ScaledTo(raw, 50)};
+    ++EvaluationVersion;
 }
 void SetCowardice(int raw) {
     Cowardice = {raw, ScaledTo(raw, 50)};
+    ++EvaluationVersion;
 }
 void SetTropism(int raw) {
     Tropism = {raw, ScaledTo(raw, 200)};
+    ++EvaluationVersion;
 }
 
 void InitWeights() {

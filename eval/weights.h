@@ -34,6 +34,10 @@ struct Personality {
 extern Personality Aggressivity;  // scaled = raw x 50 / 100
 extern Personality Cowardice;     // scaled = raw x 50 / 100
 extern Personality Tropism;       // scaled = raw x 200 / 100
+
+// Counts the changes of weights and personality: what was evaluated under another number no longer holds.
+extern unsigned EvaluationVersion;
+
 void SetAggressivity(int raw);
 void SetCowardice(int raw);
 void SetTropism(int raw);

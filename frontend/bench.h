@@ -1,7 +1,7 @@
 #pragma once
 
 // The depth of every search of "bench", in plies, as "sd" counts them.
-constexpr int BENCH_DEPTH = 6;
+constexpr int BENCH_DEPTH = 9;
 
 // Searches the positions of benchpositions.h, each to BENCH_DEPTH with empty tables, and prints the nodes of
 // each, the counts of the search where they are kept, and the sum of nodes with the time they took. The sum

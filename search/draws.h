@@ -14,5 +14,19 @@ int DrawScoreToMove();
 // earlier occurrence suffices; a null move counts as irreversible.
 bool IsRepetition();
 
+// Whether either side has the pieces for a middle game: the endgame tests below don't apply then.
+bool HasManyPieces();
+
+// The draws of endings with few pieces: by material that mates nobody, and bounds for a side that can't win.
+// True, with the node's score, when one of them ends a node with these bounds. `isInCheck` is of the side to
+// move.
+bool IsEndgameDraw(int alpha, int beta, int* score);
+
+// Whether an ending of few pieces is so simple that quiet moves need not be looked at deeply.
+bool IsSimpleEnding();
+
 // Whether the position is a draw by repetition or by the fifty-move rule.
 bool IsDraw();
+
+// Whether it is one after a pseudo-legal move that leaves `hashKey` as the board's key.
+bool IsDrawAfter(Move move, uint64_t hashKey);

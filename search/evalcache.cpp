@@ -1,23 +1,62 @@
 #include "search/evalcache.h"
 
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
+#include "core/board.h"
 #include "core/keys.h"
+#include "eval/evaluate.h"
+#include "eval/weights.h"
+#include "search/statistics.h"
 
 namespace {
 
-constexpr size_t ENTRY_BYTES = 52;
 constexpr size_t ENTRIES = 524290;
+constexpr uint64_t ADDRESSES = 524288;
 
-char* EvalCache = nullptr;
+EvalCacheEntry* EvalCache = nullptr;
+EvalCacheEntry Uncached;  // stands in without a table
+
+// What the scores in the cache were computed for.
+int CachedSide = WHITE;
+unsigned CachedVersion = 0;
+
+void Fill(EvalCacheEntry& entry, uint64_t key) {
+    const int side = board.SideToMove;
+    const bool hasOther = entry.Key == key;
+    Evaluate(&entry.Score[side]);
+    // The evaluation doesn't tell what the other side's would be.
+    if (!hasOther) entry.Score[ChangeSide(side)] = NO_EVALUATION;
+    entry.Key = key;
+    for (const int owner : {WHITE, BLACK}) {
+        entry.Attacked[owner] = eval_info.attacked[owner];
+        entry.Optimism[owner] = eval_info.optimism[owner];
+    }
+    entry.PawnStructure = eval_info.pawn_structure;
+}
 
 }  // namespace
 
+const EvalCacheEntry& CachedEvaluation() {
+    const uint64_t key = board.HashKey ^ CastleKeys[board.CastlingFlags];
+    EvalCacheEntry& entry = EvalCache == nullptr ? Uncached : EvalCache[key % ADDRESSES];
+    if (EvalCache != nullptr && entry.Key == key && entry.Score[board.SideToMove] != NO_EVALUATION) {
+        Count(STAT_EVAL_CACHE_HITS);
+    } else {
+        Fill(entry, key);
+    }
+    return entry;
+}
+
+void RefreshEvalCache() {
+    if (CachedSide == EngineSide && CachedVersion == EvaluationVersion) return;
+    CachedSide = EngineSide;
+    CachedVersion = EvaluationVersion;
+    ClearEvalCache();
+}
+
 bool AllocateEvalCache() {
     FreeEvalCache();
-    EvalCache = static_cast<char*>(std::calloc(ENTRIES, ENTRY_BYTES));
+    EvalCache = static_cast<EvalCacheEntry*>(std::calloc(ENTRIES, sizeof(EvalCacheEntry)));
     if (EvalCache == nullptr) return false;
     ClearEvalCache();
     return true;
@@ -25,9 +64,7 @@ bool AllocateEvalCache() {
 
 void ClearEvalCache() {
     if (EvalCache == nullptr) return;
-    // The key leads each entry.
-    for (size_t i = 0; i < ENTRIES; ++i)
-        std::memcpy(EvalCache + i * ENTRY_BYTES, &EMPTY_KEY, sizeof EMPTY_KEY);
+    for (size_t i = 0; i < ENTRIES; ++i) EvalCache[i].Key = EMPTY_KEY;
 }
 
 void FreeEvalCache() {

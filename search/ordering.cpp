@@ -9,6 +9,8 @@
 #include "search/scores.h"
 #include "search/timecontrol.h"
 
+CaptureCounts SafeCaptures;
+
 namespace {
 
 constexpr int COUNTER_LIMIT = 32700;
@@ -30,6 +32,31 @@ void UpdateHistory(int depth, Move move, int selector) {
         record.Killer2[side] = record.Killer1[side];
         record.Killer1[side] = move;
     }
+}
+
+void RememberCheckReply(Move move) {
+    const Move last = LastMove();
+    if (last == NO_MOVE || (MovePiece(move) == PAWN && FileOf(MoveFrom(move)) != FileOf(MoveTo(move))))
+        return;
+    const int side = board.SideToMove;
+    CheckReply[CheckReplyIndex(last, static_cast<int>(board.KingSquare[side]), side)] = move;
+}
+
+void UpdateRecapture(Move move, int score, bool isGood) {
+    if (score >= SAFE_CAPTURE_SCORE) {
+        const unsigned kind = MovePiece(move) * 8 + MoveCaptured(move);
+        ++SafeCaptures.Tried[kind];
+        ++SafeCaptures.AllTried;
+        SafeCaptures.Good[kind] += isGood;
+        SafeCaptures.AllGood += isGood;
+        return;
+    }
+    const int slot = FreshStatIndex(move, board.SideToMove);
+    ++TriedCount[slot];
+    GoodCount[slot] += isGood;
+    if (TriedCount[slot] <= 64) return;
+    TriedCount[slot] /= 2;
+    GoodCount[slot] /= 2;
 }
 
 void AgeHistory() {

@@ -9,6 +9,24 @@
 // less than a ply prints "?" and leaves the counter, deliberately.
 void UpdateHistory(int depth, Move move, int selector);
 
+// Notes the best move of a node in check as the reply to try first when the same check comes again. Pawn
+// captures are not worth it: they depend too much on the rest.
+void RememberCheckReply(Move move);
+
+// Counts a capture of the quiescence search for or against its like: `score` is the ordering score that it
+// had, `isGood` says that it raised alpha. The side to move is the mover.
+void UpdateRecapture(Move move, int score, bool isGood);
+
+// Captures that lose nothing, by moving piece x 8 + captured piece, and all of them: how many were tried and
+// how many raised alpha. For the statistics of debug builds; set to zero with the recapture statistics.
+struct CaptureCounts {
+    uint32_t Tried[64];
+    uint32_t Good[64];
+    uint32_t AllTried;
+    uint32_t AllGood;
+};
+extern CaptureCounts SafeCaptures;
+
 // Before a search: fades the counters, or clears them when the move is made in a hurry, and shifts the
 // killers by the two plies that have been played since the last search.
 void AgeHistory();

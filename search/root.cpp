@@ -5,9 +5,11 @@
 
 #include "core/board.h"
 #include "core/keys.h"
+#include "core/movegen.h"
 #include "core/movescore.h"
 #include "eval/evaluate.h"
 #include "search/aspiration.h"
+#include "search/evalcache.h"
 #include "search/materialwindow.h"
 #include "search/modes.h"
 #include "search/multipv.h"
@@ -98,8 +100,23 @@ void RunIteration(int depth) {
     HashStore(depth * PLY_DEPTH + 90, RootMove(0), RootScore, BOUND_EXACT, 0, 0, ROOT_STORE_PLY);
 }
 
+// Whether pieces alone hunt a bare king and scores have begun to fade by the fifty-move rule. What earlier
+// searches left in the table has faded less: by it every position of the past looks better than progress, and
+// the hunt goes in circles.
+bool IsTableStale() {
+    constexpr uint32_t UNFADED = 8;  // plies without progress
+    const bool isHunt = board.Material[WHITE] == 0 || board.Material[BLACK] == 0;
+    const bool hasPawns = board.PieceNumber[PAWN][WHITE] + board.PieceNumber[PAWN][BLACK] != 0;
+    // A table so large that emptying it takes time off the clock stays as it is.
+    constexpr int CHEAP_TO_CLEAR = 1 << 23;  // entries; some hundredths of a second
+    return isHunt && !hasPawns && board.Fifty > UNFADED && HashEntries <= CHEAP_TO_CLEAR;
+}
+
 void ResetSearch() {
     AgeHistory();
+    RefreshEvalCache();
+    ResetKingAttackCounts();
+    if (IsTableStale()) ClearHash();
     ++SearchNumber;
     Nodes = 0;
     HashWrites = 0;

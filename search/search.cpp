@@ -1,20 +1,28 @@
 #include "search/search.h"
 
 #include <algorithm>
-#include <climits>
+#include <cassert>
 
-#include "core/attackquery.h"
 #include "core/board.h"
-#include "core/evasions.h"
+#include "core/boardcheck.h"
+#include "core/legal.h"
 #include "core/makemove.h"
-#include "core/movegen.h"
-#include "eval/evaluate.h"
+#include "core/movescore.h"
+#include "core/movetest.h"
 #include "search/draws.h"
+#include "search/extension.h"
+#include "search/futility.h"
 #include "search/modes.h"
+#include "search/node.h"
+#include "search/nullmove.h"
+#include "search/oracles.h"
 #include "search/ordering.h"
+#include "search/picker.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
+#include "search/prescan.h"
 #include "search/root.h"
+#include "search/statistics.h"
 #include "search/transposition.h"
 
 int64_t Nodes = 0;
@@ -23,136 +31,228 @@ int TablebaseHits = 0;
 
 namespace {
 
-constexpr int CHECK_EXTENSION = PLY_DEPTH;
-// Ordering scores of quiet moves end at 32700; captures that lose nothing begin at 100000.
-constexpr int HASH_MOVE_SCORE = INT_MAX;
-constexpr int KILLER_SCORE = 50000;
+[[maybe_unused]] constexpr int64_t BOARD_CHECK_INTERVAL = 4096;  // nodes
+constexpr int SIMPLE_ENDING_REDUCTION = 120;
+constexpr int OPTIMISM_GAIN = 25;  // centipawns of king safety that save a move from being reduced
 
-// The score that ends the node at once because of the entry, if it does.
-bool CutsOff(const HashEntry& entry, int alpha, int beta, int depth, int& score) {
-    if (entry.Depth < depth) return false;
-    score = HashScoreAt(entry, Ply);
-    switch (HashBound(entry)) {
-        case BOUND_EXACT:
-            return true;
-        case BOUND_LOWER:
-            return score >= beta;
-        case BOUND_UPPER:
-            return score <= alpha;
-        default:
-            return false;
+// Draws by rule, and what few pieces make of the node.
+bool IsDrawnNode(Node& node, int* score) {
+    if (!HasManyPieces()) {
+        if (IsEndgameDraw(node.Alpha, node.Beta, score)) return true;
+        node.IsSimpleEnding = IsSimpleEnding();
     }
+    *score = DrawScoreToMove();
+    return IsDraw();
 }
 
-// Generates the node's moves and lifts the table's move and the killers in their order.
-void GenerateOrdered(Move hashMove) {
-    const int start = MoveListTop;
-    const PlyRecord& record = PlyInfo[Ply];
-    if (record.InCheck) {
-        GenerateEvasions();
-    } else {
-        GenerateAllStages();
+// Takes over what the table knows of the node; true, with the score, when that ends it.
+bool IsCutOffByTable(Node& node, int* score) {
+    Count(STAT_HASH_PROBES);
+    const HashEntry* entry = HashProbe();
+    if (entry == nullptr) return false;
+    Count(STAT_HASH_HITS);
+    const int bound = HashBound(*entry);
+    if (bound == BOUND_NONE) return false;
+    node.HashMove = VerifiedMove(HashMove(*entry), node.IsInCheck);
+    node.SearchFlags = entry->SearchFlags;
+    node.MateThreat = HashMateThreat(*entry);
+    *score = bound == BOUND_EXACT ? HashScoreAt(*entry, Ply) : entry->Score;
+    node.ForbidsNull = (bound & BOUND_UPPER) && *score < node.Beta;
+    if (entry->Depth < node.Depth || node.Type == 0) return false;
+    const bool isCutOff = bound == BOUND_EXACT || (bound == BOUND_LOWER && *score >= node.Beta) ||
+                          (bound == BOUND_UPPER && *score <= node.Alpha);
+    if (!isCutOff) return false;
+    Count(STAT_HASH_CUTOFFS);
+    PlyInfo[Ply].BestMove = node.HashMove;
+    return true;
+}
+
+void StoreNode(const Node& node, Move move, int score, int bound) {
+    HashStore(node.Depth, move, score, bound, node.MateThreat, node.SearchFlags, Ply);
+}
+
+// Evaluates the node, unless it is in check, and tries what needs no move: the material, the null move.
+bool IsCutOffByStanding(Node& node, bool nullAllowed, int* score) {
+    if (node.IsInCheck) return false;
+    if (CutsOffByMaterial(node.Beta, score)) {
+        Count(STAT_LAZY_CUTOFFS);
+        return true;
     }
-    const int side = board.SideToMove;
-    for (int i = start; i < MoveListTop; ++i) {
-        ScoredMove& entry = MoveList[i];
-        if (entry.Move == hashMove) {
-            entry.Score = HASH_MOVE_SCORE;
-        } else if (!record.InCheck && entry.Move == record.Killer1[side]) {
-            entry.Score = KILLER_SCORE + 1;
-        } else if (!record.InCheck && entry.Move == record.Killer2[side]) {
-            entry.Score = KILLER_SCORE;
-        }
-    }
+    EvaluateNode(&node.Eval);
+    node.Selector = node.Eval.Score + 100 >= node.Alpha;
+    if (!nullAllowed || !MayTryNull(node)) return false;
+    *score = TryNull(node);
+    if (StopRequested) return true;
+    if (*score < node.Beta) return false;
+    Count(STAT_NULL_CUTOFFS);
+    *score = node.Beta;
+    StoreNode(node, NO_MOVE, node.Beta, BOUND_LOWER);
+    return true;
 }
 
 int SearchChild(int alpha, int beta, int depth, int nodeType) {
-    return depth >= PLY_DEPTH ? Search(alpha, beta, depth, 1, nodeType) : Quiesce(alpha, beta, 0, nodeType);
+    return depth >= PLY_DEPTH ? -Search(-beta, -alpha, depth, 1, nodeType)
+                              : -Quiesce(-beta, -alpha, 0, nodeType);
 }
 
-// Searches a move that has been made, the first with the full window, later ones with a null window first.
-int SearchMove(int alpha, int beta, int depth, int nodeType, bool isFirst) {
-    if (isFirst) return -SearchChild(-beta, -alpha, depth, -nodeType);
-    const int score = -SearchChild(-alpha - 1, -alpha, depth, nodeType == 0 ? 1 : -nodeType);
-    if (score <= alpha || score >= beta || StopRequested) return score;
-    return -SearchChild(-beta, -alpha, depth, -nodeType);
+// Whether the move that has been made speaks so much against the enemy king that it must not be reduced.
+bool RaisesOptimism(const Node& node, const Candidate& candidate) {
+    if (node.IsInCheck || node.Eval.IsLazy || candidate.GivesCheck) return false;
+    const int mover = ChangeSide(board.SideToMove);
+    NodeEvaluation after;
+    EvaluateNode(&after);
+    return after.Optimism[mover] - node.Eval.Optimism[mover] >= OPTIMISM_GAIN;
+}
+
+// Whether the move is one that a simple ending looks at less deeply, at whatever depth it is searched.
+bool IsSimplified(const Node& node, Move move) {
+    return node.IsSimpleEnding && IsQuiet(move) && !IsEnPassant(move);
+}
+
+// What a move that comes late and says little for itself is searched less deeply at first. The counts were
+// found by games.
+int LateReduction(const Node& node, const Candidate& candidate, int moveCount) {
+    constexpr int EARLY_MOVES = 3, MIDDLE_MOVES = 12;
+    if (moveCount <= EARLY_MOVES || node.Type == 0 || node.Depth < 2 * PLY_DEPTH || node.IsInCheck) return 0;
+    if (candidate.GivesCheck || !IsQuiet(candidate.Move) || IsKillerScore(candidate.Score)) return 0;
+    return moveCount > MIDDLE_MOVES ? 2 * PLY_DEPTH : PLY_DEPTH;
+}
+
+// Whether the move is searched at its whole depth at once: captures that lose nothing, killers, and what
+// speaks against the enemy king.
+bool DeservesWholeDepth(const Node& node, const Candidate& candidate) {
+    return candidate.Score >= SAFE_CAPTURE_SCORE || IsKillerScore(candidate.Score) ||
+           RaisesOptimism(node, candidate);
+}
+
+// Searches a move that has been made: reduced moves at the reduced depth first, all but the first with a null
+// window, and what beats alpha as deeply and exactly as it deserves.
+int SearchMove(const Node& node, const Candidate& candidate, int change, int alternative) {
+    const int wholeDepth = node.Depth - PLY_DEPTH + std::max(change, 0) -
+                           (IsSimplified(node, candidate.Move) ? SIMPLE_ENDING_REDUCTION : 0);
+    const int childType = node.Type == 0 ? -1 : -node.Type;
+    if (candidate.IsFirst)
+        return SearchChild(node.Alpha, node.Beta, node.Depth - PLY_DEPTH + change, -node.Type);
+    int score = node.Alpha + 1;
+    if (alternative < 0 && !DeservesWholeDepth(node, candidate)) {
+        Count(STAT_REDUCED);
+        PlyInfo[Ply - 1].Flags |= FLAG_REDUCED;
+        score = SearchChild(node.Alpha, node.Alpha + 1, node.Depth - PLY_DEPTH + alternative, childType);
+        PlyInfo[Ply - 1].Flags &= ~FLAG_REDUCED;
+        if (score <= node.Alpha || StopRequested) return score;
+        Count(STAT_RESEARCHED);
+    }
+    score = SearchChild(node.Alpha, node.Alpha + 1, wholeDepth, childType);
+    if (score <= node.Alpha || score >= node.Beta || StopRequested) return score;
+    return SearchChild(node.Alpha, node.Beta, wholeDepth, node.Type);
+}
+
+void CheckBoard() {
+    assert(Nodes % BOARD_CHECK_INTERVAL != 0 || IsBoardExact());
 }
 
 }  // namespace
 
-// No null move is tried yet, so whether one is allowed does not matter.
-int Search(int alpha, int beta, int depth, int /*nullAllowed*/, int nodeType) {
+Move VerifiedMove(Move move, bool isInCheck) {
+    if (move == NO_MOVE || !IsPossible(move)) return NO_MOVE;
+    if (isInCheck && (IsCastling(move) || !LeavesKingSafe(move))) return NO_MOVE;
+    return move;
+}
+
+int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     PlyRecord& record = PlyInfo[Ply];
+    Node node{alpha, beta, depth, nodeType, record.InCheck != 0};
+    int score = 0;
     // 1. Count the node; look at clock and input now and then.
     ++Nodes;
+    Count(STAT_SEARCH_NODES);
+    CheckBoard();
     record.BestMove = NO_MOVE;
-    MaxPlyReached = std::max(MaxPlyReached, Ply);
+    record.Flags = 0;
     if (--PollCountdown < 0) CheckTime();
     if (StopRequested) return 0;
-
-    // 2. Bounds that no line from here can pass, draws, the end of the records.
-    alpha = std::max(alpha, record.InCheck ? Ply - MATE : Ply - (MATE - 2));
-    beta = std::min(beta, MATE - 1 - Ply);
-    if (alpha >= beta) return alpha;
-    if (IsDraw()) return DrawScoreToMove();
+    // 2. Bounds that no line from here can pass.
+    const int floor = node.IsInCheck ? Ply - MATE : Ply - (MATE - 2);
+    if (floor >= beta) return floor;
+    node.Alpha = std::max(alpha, floor);
+    if (MATE - 1 - Ply <= node.Alpha) return node.Alpha;
+    MaxPlyReached = std::max(MaxPlyReached, Ply);
+    // 3. What ends the node without a look at its moves.
+    if (IsDrawnNode(node, &score)) return score;
     if (Ply >= MAX_PLY || !HasMoveListRoom()) {
-        int score = 0;
-        Evaluate(&score);
+        EvaluateNode(&node.Eval);
+        return node.Eval.Score;
+    }
+    if (IsCutOffByTable(node, &score) || ProbeTablebases(node, &score) || ProbeLearned(node, &score))
+        return score;
+    if (IsCutOffByStanding(node, nullAllowed != 0, &score)) return StopRequested ? 0 : score;
+    node.HasFullExtensions = nodeType == 0 || Ply <= 2 * IterationDepth;
+
+    // 4. A move that is known to be good enough.
+    MovePicker picker(node);
+    Move move = NO_MOVE;
+    if (PreScan(node, picker, &move, &score)) {
+        record.BestMove = move;
         return score;
     }
 
-    // 3. What the table knows.
-    Move hashMove = NO_MOVE;
-    if (const HashEntry* entry = HashProbe()) {
-        hashMove = HashMove(*entry);
-        int score = 0;
-        if (nodeType != 0 && CutsOff(*entry, alpha, beta, depth, score)) {
-            record.BestMove = hashMove;
-            return score;
+    // 5. The moves.
+    const int startAlpha = node.Alpha;
+    int best = floor, moveCount = 0;
+    Candidate candidate{NO_MOVE, 0, true, false};
+    while ((candidate.Move = picker.Next(&candidate.Score)) != NO_MOVE) {
+        move = candidate.Move;
+        if (!IsLegalCandidate(node, move)) continue;
+        candidate.IsFirst = moveCount++ == 0;
+        candidate.GivesCheck = GivesCheck(move);
+        int alternative = 0;
+        int change = ComputeExtension(node, candidate, &alternative);
+        const bool isQuiet = IsQuiet(move) && !IsEnPassant(move);
+        if (IsSimplified(node, move)) {
+            change -= SIMPLE_ENDING_REDUCTION;
+            alternative -= SIMPLE_ENDING_REDUCTION;
         }
-    }
-
-    // 4. The moves, best first.
-    const int start = MoveListTop, side = board.SideToMove, oldAlpha = alpha;
-    int best = -MATE, moveCount = 0;
-    GenerateOrdered(hashMove);
-    for (int i = start; i < MoveListTop; ++i) {
-        SelectBestMove(i);
-        const Move move = MoveList[i].Move;
-        MakeMove(move, moveCount == 0);
-        if (IsKingAttacked(side)) {
-            UnmakeMove();
-            continue;
+        alternative -= LateReduction(node, candidate, moveCount);
+        const bool mayPrune = nodeType != 0 && !node.IsInCheck && isQuiet && !candidate.GivesCheck;
+        if (mayPrune && node.Depth - PLY_DEPTH + alternative < PLY_DEPTH) {
+            const int gain = EstimateGain(move, false);
+            if (IsFutile(gain, node.Alpha, node.Eval)) {
+                Count(STAT_FUTILE);
+                best = std::max(best, std::min(node.Alpha, node.Eval.Score + gain));
+                continue;
+            }
         }
-        const bool givesCheck = IsKingAttacked(board.SideToMove);
-        PlyInfo[Ply + 1].InCheck = givesCheck;
-        const int extension = givesCheck && Ply < 2 * IterationDepth + 2 ? CHECK_EXTENSION : 0;
-        ++Ply;
-        const int score = SearchMove(alpha, beta, depth - PLY_DEPTH + extension, nodeType, moveCount == 0);
+        record.GivesCheck = candidate.GivesCheck;
+        MakeMove(move, 1);
+        PlyInfo[++Ply].InCheck = candidate.GivesCheck;
+        score = SearchMove(node, candidate, change, alternative);
         --Ply;
         UnmakeMove();
-        if (StopRequested) {
-            MoveListTop = start;
-            return 0;
-        }
-        ++moveCount;
+        if (StopRequested) return 0;
         if (score <= best) continue;
         best = score;
-        if (score <= alpha) continue;
-        alpha = score;
+        if (score <= node.Alpha) continue;
+        node.Alpha = score;
         record.BestMove = move;
         if (score >= beta) break;
     }
-    MoveListTop = start;
 
-    // 5. The result.
-    if (moveCount == 0) return record.InCheck ? Ply - MATE : DrawScoreToMove();
-    const Move bestMove = record.BestMove;
+    // 6. The result.
+    if (moveCount == 0) return node.IsInCheck ? Ply - MATE : DrawScoreToMove();
     if (best >= beta) {
-        if (IsQuiet(bestMove) && !IsEnPassant(bestMove)) UpdateHistory(depth, bestMove, 0);
-        HashStore(depth, bestMove, best, BOUND_LOWER, 0, 0, Ply);
+        Count(STAT_CUTOFFS);
+        if (moveCount == 1) Count(STAT_FIRST_CUTOFFS);
+        if (node.IsInCheck) {
+            RememberCheckReply(record.BestMove);
+        } else if (IsQuiet(record.BestMove) && !IsEnPassant(record.BestMove)) {
+            UpdateHistory(depth, record.BestMove, node.Selector);
+        }
+        StoreNode(node, record.BestMove, best, BOUND_LOWER);
+    } else if (node.Alpha > startAlpha) {
+        if (node.IsInCheck) RememberCheckReply(record.BestMove);
+        StoreNode(node, record.BestMove, best, BOUND_EXACT);
     } else {
-        HashStore(depth, bestMove, best, alpha > oldAlpha ? BOUND_EXACT : BOUND_UPPER, 0, 0, Ply);
+        StoreNode(node, NO_MOVE, best, BOUND_UPPER);
     }
     return best;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "core/types.h"
 #include "search/scores.h"
 
 // The full-width search below the root, and the quiescence search below that.
@@ -10,10 +11,15 @@ extern int64_t Nodes;      // of the current search
 extern int MaxPlyReached;  // deepest ply of the current iteration
 extern int TablebaseHits;  // of the current search
 
-// Searches the position on the board at the current Ply; the caller has made the move and unmakes it.
-// `nodeType` is 0 in the principal variation, elsewhere 1 and -1 by turns. `nullAllowed` is 0 below a null
-// move. The result means nothing once StopRequested is set.
+// Searches the position on the board at the current Ply, `depth` (at least one ply) deep; the caller has made
+// the move and unmakes it. `nodeType` is 0 in the principal variation, elsewhere 1 and -1 by turns.
+// `nullAllowed` is 0 below a null move. The result means nothing once StopRequested is set.
 int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType);
 
-// Searches captures, promotions and replies to checks until the position is quiet. `depth` is 0 or less.
+// Searches captures, promotions, replies to checks and, while `depth` (0 or less) is not below -120, quiet
+// checks until the position is quiet.
 int Quiesce(int alpha, int beta, int depth, int nodeType);
+
+// A move that comes from a table, once it has proved playable in the position on the board, else 0. Outside
+// of check it may still leave the own king attacked.
+Move VerifiedMove(Move move, bool isInCheck);

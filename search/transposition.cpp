@@ -22,12 +22,12 @@ bool IsEmptyEntry(const HashEntry& entry) {
     return entry.MoveWord == 0;
 }
 
-bool BelongsTo(const HashEntry& entry, uint64_t key) {
-    return entry.Key == key && static_cast<int>(entry.MoveWord >> 23 & 1) == board.SideToMove;
+bool BelongsTo(const HashEntry& entry, uint64_t key, int side) {
+    return entry.Key == key && static_cast<int>(entry.MoveWord >> 23 & 1) == side;
 }
 
-HashEntry* FirstEntry(uint64_t key) {
-    const uint32_t slot = static_cast<uint32_t>(board.SideToMove * 4) ^ static_cast<uint32_t>(key);
+HashEntry* FirstEntry(uint64_t key, int side) {
+    const uint32_t slot = static_cast<uint32_t>(side * 4) ^ static_cast<uint32_t>(key);
     return HashTable + slot % static_cast<uint32_t>(HashEntries);
 }
 
@@ -59,12 +59,19 @@ int HashScoreAt(const HashEntry& entry, int ply) {
 }
 
 HashEntry* HashProbe() {
+    return HashProbe(PositionKey(), board.SideToMove);
+}
+
+void PrefetchHash(uint64_t key, int side) {
+    if (HashEntries != 0) __builtin_prefetch(FirstEntry(key, side));
+}
+
+HashEntry* HashProbe(uint64_t key, int side) {
     if (HashEntries == 0) return nullptr;
-    const uint64_t key = PositionKey();
-    HashEntry* const first = FirstEntry(key);
+    HashEntry* const first = FirstEntry(key, side);
     for (HashEntry* entry = first; entry < first + SLOT_ENTRIES; ++entry) {
         if (IsEmptyEntry(*entry)) return nullptr;
-        if (!BelongsTo(*entry, key)) continue;
+        if (!BelongsTo(*entry, key, side)) continue;
         entry->Age = SearchNumber;
         return entry;
     }
@@ -74,7 +81,7 @@ HashEntry* HashProbe() {
 void HashStore(int depth, Move move, int score, int boundType, int mateThreat, int searchFlags, int ply) {
     if (HashEntries == 0) return;
     const uint64_t key = PositionKey();
-    HashEntry* const first = FirstEntry(key);
+    HashEntry* const first = FirstEntry(key, board.SideToMove);
     // 1. The position's own entry, an empty one, or else the best victim of the slot.
     HashEntry* victim = first;
     for (HashEntry* entry = first; entry < first + SLOT_ENTRIES; ++entry) {
@@ -82,7 +89,7 @@ void HashStore(int depth, Move move, int score, int boundType, int mateThreat, i
             victim = entry;
             break;
         }
-        if (BelongsTo(*entry, key)) {
+        if (BelongsTo(*entry, key, board.SideToMove)) {
             entry->Age = SearchNumber;
             entry->SearchFlags |= static_cast<uint16_t>(searchFlags);
             searchFlags = entry->SearchFlags;

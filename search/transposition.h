@@ -40,6 +40,12 @@ extern int64_t HashWrites;  // stores of this search that took an empty or aged 
 // The entry of the position on the board, or null. A hit is marked as used by the current search.
 HashEntry* HashProbe();
 
+// The same for a position that is not on the board: its PositionKey, and the side to move there.
+HashEntry* HashProbe(uint64_t key, int side);
+
+// Begins to fetch what HashProbe(key, side) will read.
+void PrefetchHash(uint64_t key, int side);
+
 // Stores a result for the position on the board, `ply` plies from the root (mate scores are adjusted by it).
 // An entry of the same position that is deeper keeps all but its age and flags.
 void HashStore(int depth, Move move, int score, int boundType, int mateThreat, int searchFlags, int ply);

@@ -75,4 +75,17 @@ TEST_F(KeysTest, PositionKeyKnowsRightsAndEnPassant) {
     }
 }
 
+// What a table is asked before a move is made is what it would be asked afterwards.
+TEST_F(KeysTest, KeysAfterAMoveAreThoseOfThePositionAfterIt) {
+    VisitPositions(4000, 21, [] {
+        for (const Move move : LegalMoves()) {
+            const uint64_t hashKey = HashKeyAfter(move), key = PositionKeyAfter(move, hashKey);
+            MakeMove(move, 1);
+            EXPECT_EQ(hashKey, board.HashKey) << MoveToText(move);
+            EXPECT_EQ(key, PositionKey()) << MoveToText(move);
+            UnmakeMove();
+        }
+    });
+}
+
 }  // namespace

@@ -120,8 +120,8 @@ TEST_F(MovegenTest, AcceptsExactlyTheLegalWords) {
 TEST_F(MovegenTest, SelectsTheEarliestOfEqualsAndKeepsTheRest) {
     const int scores[] = {5, 9, -1, 9, 7};
     for (int i = 0; i < 5; ++i) AppendMove(static_cast<Move>(i + 1), scores[i]);
-    SelectBestMove(1);
-    SelectBestMove(2);
+    SelectBestMove(1, MoveListTop);
+    SelectBestMove(2, MoveListTop);
     const Move expected[] = {1, 2, 4, 3, 5};
     for (int i = 0; i < 5; ++i) EXPECT_EQ(MoveList[i].Move, expected[i]) << i;
     EXPECT_EQ(MoveListTop, 5);

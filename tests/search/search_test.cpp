@@ -48,6 +48,17 @@ TEST_F(SearchTest, SeesDraws) {
     EXPECT_EQ(Search(MATED, 3), "none");
 }
 
+TEST_F(SearchTest, IsNotMisledByDevicesThatSaveWork) {
+    Search("8/8/1KP5/3r4/8/8/8/k7 w - -", 26);
+    EXPECT_GT(RootScore, 500) << "a draw that can be had at once hides the win";
+    Forget();
+    Search("8/8/8/8/8/p2N4/k1K5/8 w - -", 12);
+    EXPECT_EQ(RootScore, MATE - 5) << "a knight mates a king that its own pawn shuts in";
+    Forget();
+    Search("8/8/1k6/8/8/7Q/2R5/7K w - -", 4);
+    EXPECT_LT(Nodes, 50'000) << "checks chase the king without end";
+}
+
 TEST_F(SearchTest, RepeatsItselfExactly) {
     for (const char* fen : {START, EVERYTHING_AT_ONCE, OPEN_LINES, PROMOTION_RACE, MANY_QUEENS}) {
         Forget();

@@ -20,10 +20,6 @@ void CoreTest::SetUp() {
     MoveListTop = 0;
 }
 
-bool IsCastling(Move move) {
-    return MovePiece(move) == KING && std::abs(MoveTo(move) - MoveFrom(move)) == 2;
-}
-
 std::vector<Move> MovesOf(const std::function<void()>& generate) {
     const int start = MoveListTop;
     generate();

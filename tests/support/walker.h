@@ -24,8 +24,6 @@ class CoreTest : public testing::Test {
     void SetUp() override;
 };
 
-bool IsCastling(Move move);
-
 // The moves that a generator appends, in its order; the move list is left as it was.
 std::vector<Move> MovesOf(const std::function<void()>& generate);
 

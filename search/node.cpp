@@ -1,0 +1,10 @@
+#include "search/node.h"
+
+#include "core/legal.h"
+#include "core/movetest.h"
+
+bool IsLegalCandidate(const Node& node, Move move) {
+    // Replies to a check are legal as they come, but for an en-passant capture that opens a line.
+    if (node.IsInCheck) return !IsEnPassant(move) || LeavesKingSafe(move);
+    return KeepsKingSafe(move);
+}

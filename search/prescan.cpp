@@ -1,0 +1,92 @@
+#include "search/prescan.h"
+
+#include "core/board.h"
+#include "core/keys.h"
+#include "core/makemove.h"
+#include "core/movegen.h"
+#include "core/movetest.h"
+#include "search/draws.h"
+#include "search/ordering.h"
+#include "search/plyinfo.h"
+#include "search/scores.h"
+#include "search/statistics.h"
+#include "search/transposition.h"
+
+namespace {
+
+constexpr int DEEP = 360;         // sixtieths of a ply; deeper nodes are worth a look at every move
+constexpr int QUIET_MARGIN = 50;  // centipawns below beta within which quiet moves are worth one elsewhere
+
+enum Kind { TABLE_MOVE, CAPTURE, QUIET };
+
+// Whether the move, which gives check, mates.
+bool IsMate(Move move) {
+    MakeMove(move, 1);
+    const bool isMate = !HasLegalReply();
+    UnmakeMove();
+    return isMate;
+}
+
+// Whether the position after a pseudo-legal move ends the node, by its keys alone wherever possible.
+bool IsGoodEnough(const Node& node, Move move, Kind kind, int* score) {
+    const uint64_t hashKey = HashKeyAfter(move);
+    const int draw = DrawScoreToMove();
+    // A draw that is no more than alpha must not hide what is better.
+    if (kind != CAPTURE && draw >= node.Beta && IsDrawAfter(move, hashKey)) {
+        *score = draw;
+        return true;
+    }
+    *score = MATE - 1 - Ply;
+    if (node.Depth > DEEP && *score >= node.Beta && GivesCheck(move) && IsMate(move)) return true;
+    const HashEntry* entry = HashProbe(PositionKeyAfter(move, hashKey), ChangeSide(board.SideToMove));
+    if (entry == nullptr || entry->Depth < node.Depth - PLY_DEPTH || !(HashBound(*entry) & BOUND_UPPER))
+        return false;
+    *score = -HashScoreAt(*entry, Ply + 1);
+    return *score >= node.Beta;
+}
+
+// Whether the pseudo-legal move ends the node. Few do, so legality comes last.
+bool IsCutOff(const Node& node, Move move, Kind kind, int* score) {
+    return IsGoodEnough(node, move, kind, score) && IsLegalCandidate(node, move);
+}
+
+// Whether quiet moves are worth looking at.
+bool WantsQuiets(const Node& node) {
+    return node.Depth > DEEP || node.Eval.Score + QUIET_MARGIN >= node.Beta;
+}
+
+bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
+    const auto scan = [&](MovePicker::Span span, Kind kind) {
+        for (int i = span.First; i < span.End; ++i) {
+            *move = MoveList[i].Move;
+            if (*move == node.HashMove || *move == picker.Killer(0) || *move == picker.Killer(1)) continue;
+            if (IsCutOff(node, *move, kind, score)) return true;
+        }
+        return false;
+    };
+    if (*move = node.HashMove; *move != NO_MOVE && IsCutOff(node, *move, TABLE_MOVE, score)) return true;
+    if (node.IsInCheck) return scan(picker.Evasions(), QUIET);
+    if (scan(picker.Captures(), CAPTURE)) return true;
+    for (const int i : {0, 1}) {
+        *move = picker.Killer(i);
+        if (*move != NO_MOVE && IsCutOff(node, *move, QUIET, score)) return true;
+    }
+    return WantsQuiets(node) && scan(picker.Quiets(), QUIET);
+}
+
+}  // namespace
+
+bool PreScan(const Node& node, MovePicker& picker, Move* move, int* score) {
+    Count(STAT_PRESCANS);
+    if (!FindCutOff(node, picker, move, score)) return false;
+    Count(STAT_PRESCAN_CUTOFFS);
+    if (*score == MATE - 1 - Ply) {
+        Count(STAT_PRESCAN_MATES);
+        if (node.IsInCheck) {
+            RememberCheckReply(*move);
+        } else if (IsQuiet(*move) && !IsEnPassant(*move)) {
+            UpdateHistory(node.Depth, *move, node.Selector);
+        }
+    }
+    return true;
+}
