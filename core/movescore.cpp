@@ -57,7 +57,7 @@ int CaptureScore(Move move) {
 }
 
 int ScoreEvasion(Move move) {
-    if (!IsQuiet(move) || IsEnPassant(move)) {
+    if (!TakesNothing(move)) {
         const int score = CaptureScore(move);
         return score > 0 ? score + GOOD_REPLY_BONUS : score;
     }

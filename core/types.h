@@ -103,6 +103,11 @@ constexpr bool IsQuiet(Move move) {
     return (move & ~Move{0x7FFF}) == 0;
 }
 
+// Neither a capture of any kind nor a promotion.
+constexpr bool TakesNothing(Move move) {
+    return IsQuiet(move) && !IsEnPassant(move);
+}
+
 // Whether a pawn move keeps the parity of its rank, that is, steps two squares.
 constexpr bool IsDoubleStep(Move move) {
     return MovePiece(move) == PAWN && (((move >> 6) ^ move) & 8) == 0;

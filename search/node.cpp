@@ -8,3 +8,9 @@ bool IsLegalCandidate(const Node& node, Move move) {
     if (node.IsInCheck) return !IsEnPassant(move) || LeavesKingSafe(move);
     return KeepsKingSafe(move);
 }
+
+Move VerifiedMove(Move move, bool isInCheck) {
+    if (move == NO_MOVE || !IsPossible(move)) return NO_MOVE;
+    if (isInCheck && (IsCastling(move) || !LeavesKingSafe(move))) return NO_MOVE;
+    return move;
+}

@@ -22,3 +22,7 @@ struct Node {
 
 // Whether a pseudo-legal move, or a generated reply to a check, may be played at the node.
 bool IsLegalCandidate(const Node& node, Move move);
+
+// A move that comes from a table, once it has proved playable in the position on the board, else 0. Outside
+// of check it may still leave the own king attacked.
+Move VerifiedMove(Move move, bool isInCheck);

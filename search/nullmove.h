@@ -4,7 +4,7 @@
 
 // The null move: whether the side to move could pass and still be at beta or better.
 
-// Whether passing is worth a try at this node, which is not in check.
+// Whether passing is worth a try at this node.
 bool MayTryNull(const Node& node);
 
 // Passes, and searches what follows deeper and deeper up to the depth that the node's depth allows, as long

@@ -84,7 +84,7 @@ bool PreScan(const Node& node, MovePicker& picker, Move* move, int* score) {
         Count(STAT_PRESCAN_MATES);
         if (node.IsInCheck) {
             RememberCheckReply(*move);
-        } else if (IsQuiet(*move) && !IsEnPassant(*move)) {
+        } else if (TakesNothing(*move)) {
             UpdateHistory(node.Depth, *move, node.Selector);
         }
     }

@@ -15,7 +15,7 @@
 #include "search/draws.h"
 #include "search/futility.h"
 #include "search/modes.h"
-#include "search/nodeeval.h"
+#include "search/node.h"
 #include "search/ordering.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
@@ -227,7 +227,7 @@ bool SearchQuietChecks(QuietNode& node, Move& bestMove) {
 void CheckHashMove(QuietNode& node, bool wantsChecks) {
     node.HashMove = VerifiedMove(node.HashMove, node.IsInCheck);
     if (node.HashMove == NO_MOVE || node.IsInCheck) return;
-    const bool isQuiet = IsQuiet(node.HashMove) && !IsEnPassant(node.HashMove);
+    const bool isQuiet = TakesNothing(node.HashMove);
     if ((isQuiet && !(wantsChecks && GivesCheck(node.HashMove))) || !KeepsKingSafe(node.HashMove))
         node.HashMove = NO_MOVE;
 }

@@ -66,9 +66,7 @@ void FillList(bool isInCheck) {
     });
     // Replies to a check are one stage; otherwise captures and promotions come before quiet moves.
     std::stable_sort(MoveList, end, [=](const ScoredMove& a, const ScoredMove& b) {
-        const auto isQuietStage = [=](Move move) {
-            return !isInCheck && IsQuiet(move) && !IsEnPassant(move);
-        };
+        const auto isQuietStage = [=](Move move) { return !isInCheck && TakesNothing(move); };
         if (isQuietStage(a.Move) != isQuietStage(b.Move)) return isQuietStage(b.Move);
         return a.Score > b.Score;
     });

@@ -5,7 +5,6 @@
 
 #include "core/board.h"
 #include "core/boardcheck.h"
-#include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movescore.h"
 #include "core/movetest.h"
@@ -106,7 +105,7 @@ bool RaisesOptimism(const Node& node, const Candidate& candidate) {
 
 // Whether the move is one that a simple ending looks at less deeply, at whatever depth it is searched.
 bool IsSimplified(const Node& node, Move move) {
-    return node.IsSimpleEnding && IsQuiet(move) && !IsEnPassant(move);
+    return node.IsSimpleEnding && TakesNothing(move);
 }
 
 // What a move that comes late and says little for itself is searched less deeply at first. The counts were
@@ -152,12 +151,6 @@ void CheckBoard() {
 }
 
 }  // namespace
-
-Move VerifiedMove(Move move, bool isInCheck) {
-    if (move == NO_MOVE || !IsPossible(move)) return NO_MOVE;
-    if (isInCheck && (IsCastling(move) || !LeavesKingSafe(move))) return NO_MOVE;
-    return move;
-}
 
 int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     PlyRecord& record = PlyInfo[Ply];
@@ -207,7 +200,7 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
         candidate.GivesCheck = GivesCheck(move);
         int alternative = 0;
         int change = ComputeExtension(node, candidate, &alternative);
-        const bool isQuiet = IsQuiet(move) && !IsEnPassant(move);
+        const bool isQuiet = TakesNothing(move);
         if (IsSimplified(node, move)) {
             change -= SIMPLE_ENDING_REDUCTION;
             alternative -= SIMPLE_ENDING_REDUCTION;
@@ -244,7 +237,7 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
         if (moveCount == 1) Count(STAT_FIRST_CUTOFFS);
         if (node.IsInCheck) {
             RememberCheckReply(record.BestMove);
-        } else if (IsQuiet(record.BestMove) && !IsEnPassant(record.BestMove)) {
+        } else if (TakesNothing(record.BestMove)) {
             UpdateHistory(depth, record.BestMove, node.Selector);
         }
         StoreNode(node, record.BestMove, best, BOUND_LOWER);

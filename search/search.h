@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "core/types.h"
 #include "search/scores.h"
 
 // The full-width search below the root, and the quiescence search below that.
@@ -19,7 +18,3 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType);
 // Searches captures, promotions, replies to checks and, while `depth` (0 or less) is not below -120, quiet
 // checks until the position is quiet.
 int Quiesce(int alpha, int beta, int depth, int nodeType);
-
-// A move that comes from a table, once it has proved playable in the position on the board, else 0. Outside
-// of check it may still leave the own king attacked.
-Move VerifiedMove(Move move, bool isInCheck);
