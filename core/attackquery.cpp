@@ -70,8 +70,10 @@ Bitboard RayAttacks(int square, int step) {
 
 Bitboard XrayRay(int target, int square) {
     const int step = Direction[target * 64 + square];
-    const Bitboard sliders = IsStraightStep(step) ? board.StraightSliders : board.DiagonalSliders;
-    return RayAttacks(square, step) & sliders;
+    const Bitboard sliders = HalfRays[DirectionIndex(step)][square] &
+                             (IsStraightStep(step) ? board.StraightSliders : board.DiagonalSliders);
+    // Nobody stands behind most men.
+    return sliders == 0 ? 0 : LineAttacks(square, step) & sliders;
 }
 
 bool IsLoneBlocker(int target, int square, int side) {

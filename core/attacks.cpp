@@ -125,26 +125,12 @@ int8_t Direction[64 * 64];
 Bitboard BetweenSquares[4096];
 
 int DirectionIndex(int step) {
-    switch (step) {
-        case -9:
-            return 0;
-        case -8:
-            return 1;
-        case -7:
-            return 2;
-        case -1:
-            return 3;
-        case 1:
-            return 4;
-        case 7:
-            return 5;
-        case 8:
-            return 6;
-        case 9:
-            return 7;
-        default:
-            std::abort();
-    }
+    constexpr int NONE = -1, LARGEST = 9;
+    constexpr int8_t Index[2 * LARGEST + 1] = {0, 1,    2,    NONE, NONE, NONE, NONE, NONE, 3, NONE,
+                                               4, NONE, NONE, NONE, NONE, NONE, 5,    6,    7};
+    const unsigned slot = static_cast<unsigned>(step + LARGEST);
+    if (slot >= std::size(Index) || Index[slot] == NONE) std::abort();
+    return Index[slot];
 }
 
 void InitAttackTables() {

@@ -1,9 +1,9 @@
 #include "eval/pawnhash.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "core/keys.h"
+#include "platform/platform.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ int PawnHashEntries = 262144;
 bool AllocatePawnHash() {
     FreePawnHash();
     const size_t count = static_cast<size_t>(PawnHashEntries) + SPARE_ENTRIES;
-    PawnTable = static_cast<PawnEntry*>(std::malloc(count * sizeof(PawnEntry)));
+    PawnTable = static_cast<PawnEntry*>(AllocateTable(count * sizeof(PawnEntry)));
     if (PawnTable == nullptr) return false;
     ClearPawnHash();
     return true;
@@ -34,7 +34,7 @@ void ClearPawnHash() {
 }
 
 void FreePawnHash() {
-    std::free(PawnTable);
+    FreeTable(PawnTable);
     PawnTable = nullptr;
 }
 

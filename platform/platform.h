@@ -19,6 +19,11 @@ size_t ReadRawInput(char* buffer, size_t size);
 // Prepares standard input and output for unaltered bytes; called once at start-up.
 void PrepareStandardStreams();
 
+// Memory for a table that is read at random, on pages as large as the system gives; null without it. What it
+// holds is undefined. To be given back to FreeTable.
+void* AllocateTable(size_t bytes);
+void FreeTable(void* table);
+
 // The length of a file in bytes, or -1 when it can't be read.
 int64_t FileLength(const std::string& path);
 

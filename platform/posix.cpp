@@ -1,12 +1,14 @@
 #include <dirent.h>
 #include <poll.h>
 #include <strings.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 
 #include "platform/platform.h"
 
@@ -39,6 +41,22 @@ size_t ReadRawInput(char* buffer, size_t size) {
 void PrepareStandardStreams() {
     // Interfaces interrupt an engine to get its attention; a readable pipe is attention enough.
     std::signal(SIGINT, isatty(STDIN_FILENO) ? SIG_DFL : SIG_IGN);
+}
+
+void* AllocateTable(size_t bytes) {
+    constexpr size_t LARGE_PAGE = size_t{1} << 21;
+    if (bytes < LARGE_PAGE) return std::malloc(bytes);
+    const size_t whole = (bytes + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
+    void* const table = std::aligned_alloc(LARGE_PAGE, whole);
+#ifdef MADV_HUGEPAGE
+    // A wish: without it the pages are small and the table works as well.
+    if (table != nullptr) madvise(table, whole, MADV_HUGEPAGE);
+#endif
+    return table;
+}
+
+void FreeTable(void* table) {
+    std::free(table);
 }
 
 int64_t FileLength(const std::string& path) {

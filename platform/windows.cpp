@@ -5,6 +5,7 @@
 #include <cctype>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/platform.h"
 
@@ -56,6 +57,14 @@ size_t ReadRawInput(char* buffer, size_t size) {
 void PrepareStandardStreams() {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+}
+
+void* AllocateTable(size_t bytes) {
+    return std::malloc(bytes);
+}
+
+void FreeTable(void* table) {
+    std::free(table);
 }
 
 int64_t FileLength(const std::string& path) {

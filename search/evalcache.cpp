@@ -1,11 +1,10 @@
 #include "search/evalcache.h"
 
-#include <cstdlib>
-
 #include "core/board.h"
 #include "core/keys.h"
 #include "eval/evaluate.h"
 #include "eval/weights.h"
+#include "platform/platform.h"
 #include "search/statistics.h"
 
 namespace {
@@ -47,6 +46,13 @@ const EvalCacheEntry& CachedEvaluation() {
     return entry;
 }
 
+void PrefetchEvaluation(uint64_t key) {
+    if (EvalCache == nullptr) return;
+    const EvalCacheEntry& entry = EvalCache[key % ADDRESSES];
+    __builtin_prefetch(&entry);
+    __builtin_prefetch(&entry.PawnStructure);
+}
+
 void RefreshEvalCache() {
     if (CachedSide == EngineSide && CachedVersion == EvaluationVersion) return;
     CachedSide = EngineSide;
@@ -56,7 +62,7 @@ void RefreshEvalCache() {
 
 bool AllocateEvalCache() {
     FreeEvalCache();
-    EvalCache = static_cast<EvalCacheEntry*>(std::calloc(ENTRIES, sizeof(EvalCacheEntry)));
+    EvalCache = static_cast<EvalCacheEntry*>(AllocateTable(ENTRIES * sizeof(EvalCacheEntry)));
     if (EvalCache == nullptr) return false;
     ClearEvalCache();
     return true;
@@ -68,6 +74,6 @@ void ClearEvalCache() {
 }
 
 void FreeEvalCache() {
-    std::free(EvalCache);
+    FreeTable(EvalCache);
     EvalCache = nullptr;
 }

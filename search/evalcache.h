@@ -26,6 +26,9 @@ static_assert(sizeof(EvalCacheEntry) == 52);
 // the cache doesn't have it. Valid until the next call.
 const EvalCacheEntry& CachedEvaluation();
 
+// Begins to fetch the entry of a key as CachedEvaluation will look for it.
+void PrefetchEvaluation(uint64_t key);
+
 // Empties the cache when what its scores depend on besides the position has changed. Due before a search.
 void RefreshEvalCache();
 

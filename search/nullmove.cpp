@@ -4,12 +4,14 @@
 #include "core/bitboard.h"
 #include "core/board.h"
 #include "core/exchange.h"
+#include "core/keys.h"
 #include "core/makemove.h"
 #include "search/modes.h"
 #include "search/plyinfo.h"
 #include "search/scores.h"
 #include "search/search.h"
 #include "search/statistics.h"
+#include "search/transposition.h"
 
 namespace {
 
@@ -81,6 +83,7 @@ int TryNull(Node& node) {
     Count(STAT_NULL_TRIES);
     const int fullDepth = FullNullDepth(node.Depth), mated = Ply + 2 - MATE;
     int score = 0;
+    PrefetchHash(PositionKey(), ChangeSide(board.SideToMove));
     MakeNullMove();
     PlyInfo[Ply].Flags = PlyInfo[Ply].GivesCheck = 0;
     PlyInfo[++Ply].InCheck = 0;

@@ -8,6 +8,7 @@
 #include "search/draws.h"
 #include "search/ordering.h"
 #include "search/plyinfo.h"
+#include "search/prefetch.h"
 #include "search/scores.h"
 #include "search/statistics.h"
 #include "search/transposition.h"
@@ -50,13 +51,16 @@ bool IsCutOff(const Node& node, Move move, Kind kind, int* score) {
     return IsGoodEnough(node, move, kind, score) && IsLegalCandidate(node, move);
 }
 
-// Whether quiet moves are worth looking at.
+// Whether quiet moves are worth looking at. After one that leads into the quiescence search the table rarely
+// has enough.
 bool WantsQuiets(const Node& node) {
-    return node.Depth > DEEP || node.Eval.Score + QUIET_MARGIN >= node.Beta;
+    if (node.Depth > DEEP) return true;
+    return node.Depth >= 2 * PLY_DEPTH && node.Eval.Score + QUIET_MARGIN >= node.Beta;
 }
 
 bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
     const auto scan = [&](MovePicker::Span span, Kind kind) {
+        for (int i = span.First; i < span.End; ++i) PrefetchHashAfter(MoveList[i].Move);
         for (int i = span.First; i < span.End; ++i) {
             *move = MoveList[i].Move;
             if (*move == node.HashMove || *move == picker.Killer(0) || *move == picker.Killer(1)) continue;

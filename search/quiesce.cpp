@@ -19,6 +19,7 @@
 #include "search/ordering.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
+#include "search/prefetch.h"
 #include "search/root.h"
 #include "search/search.h"
 #include "search/statistics.h"
@@ -194,6 +195,7 @@ bool SearchForcing(QuietNode& node, int start, Move& bestMove) {
         const bool isLegal =
             node.IsInCheck ? !IsEnPassant(move) || LeavesKingSafe(move) : KeepsKingSafe(move);
         if (!isLegal) continue;
+        PrefetchNode(move);
         const bool givesCheck = GivesCheck(move);
         if (!node.IsInCheck && !givesCheck && node.Type != 0 && IsFutileCapture(node, move, order)) {
             Count(STAT_QUIESCE_FUTILE);
@@ -216,6 +218,7 @@ bool SearchQuietChecks(QuietNode& node, Move& bestMove) {
         SelectBestMove(i, end);
         const Move move = MoveList[i].Move;
         if (move == node.HashMove || !KeepsKingSafe(move)) continue;
+        PrefetchNode(move);
         Count(STAT_QUIET_CHECKS);
         const int score = SearchMove(node, move, true, node.Depth - PLY_DEPTH);
         if (StopRequested || TakeScore(node, move, score, bestMove)) return true;
@@ -247,6 +250,7 @@ int SearchAll(QuietNode& node, bool wantsChecks) {
     Move bestMove = NO_MOVE;
     // 1. The table's move, half a ply cheaper than others, deliberately.
     if (node.HashMove != NO_MOVE) {
+        PrefetchNode(node.HashMove);
         const int score =
             SearchMove(node, node.HashMove, GivesCheck(node.HashMove), node.Depth - PLY_DEPTH / 2);
         if (StopRequested) return 0;

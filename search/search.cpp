@@ -19,6 +19,7 @@
 #include "search/picker.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
+#include "search/prefetch.h"
 #include "search/prescan.h"
 #include "search/root.h"
 #include "search/statistics.h"
@@ -196,6 +197,7 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     while ((candidate.Move = picker.Next(&candidate.Score)) != NO_MOVE) {
         move = candidate.Move;
         if (!IsLegalCandidate(node, move)) continue;
+        PrefetchNode(move);
         candidate.IsFirst = moveCount++ == 0;
         candidate.GivesCheck = GivesCheck(move);
         int alternative = 0;

@@ -1,11 +1,11 @@
 #include "search/transposition.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "core/board.h"
 #include "core/keys.h"
 #include "core/movescore.h"
+#include "platform/platform.h"
 #include "search/scores.h"
 
 int HashEntries = 524288;
@@ -63,7 +63,10 @@ HashEntry* HashProbe() {
 }
 
 void PrefetchHash(uint64_t key, int side) {
-    if (HashEntries != 0) __builtin_prefetch(FirstEntry(key, side));
+    if (HashEntries == 0) return;
+    const HashEntry* const first = FirstEntry(key, side);
+    __builtin_prefetch(first);
+    __builtin_prefetch(first + SLOT_ENTRIES - 1);
 }
 
 HashEntry* HashProbe(uint64_t key, int side) {
@@ -121,7 +124,7 @@ int HashFull() {
 bool AllocateTransposition() {
     FreeTransposition();
     const size_t count = static_cast<size_t>(HashEntries) + SPARE_ENTRIES;
-    HashTable = static_cast<HashEntry*>(std::malloc(count * sizeof(HashEntry)));
+    HashTable = static_cast<HashEntry*>(AllocateTable(count * sizeof(HashEntry)));
     if (HashTable == nullptr) {
         HashEntries = 0;
         return false;
@@ -131,7 +134,7 @@ bool AllocateTransposition() {
 }
 
 void FreeTransposition() {
-    std::free(HashTable);
+    FreeTable(HashTable);
     HashTable = nullptr;
 }
 
