@@ -19,12 +19,13 @@ int Nearness(const EndingView& view) {
     return (7 - Distance(view.StrongKing, view.WeakKing)) * DriveKing;
 }
 
-// Bishop and knight mate in the bishop's corners only.
+// Bishop and knight mate in the bishop's corners only. The knight must be near, to hold the king at the edge.
 int CornerDriveScore(const EndingView& view) {
     const int file = FileOf(view.WeakKing), rank = RankOf(view.WeakKing);
     const bool isLight = IsLightSquare(view.SquareOf(BISHOP, view.Strong));
     const int toCorner = isLight ? std::abs(file - rank) : std::abs(7 - file - rank);
-    return toCorner * DriveCorner + Nearness(view);
+    const int knightSteps = 7 - Distance(view.SquareOf(KNIGHT, view.Strong), view.WeakKing);
+    return toCorner * DriveCorner + Nearness(view) + knightSteps * DriveKing / 2;
 }
 
 // Whether the strong side's pieces mate without the help of a pawn.

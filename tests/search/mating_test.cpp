@@ -72,7 +72,7 @@ TEST_F(MatingTest, MatesInFiftyMoves) {
     ExpectMates("KQk", 10, 14);
     ExpectMates("KRk", 10, 14);
     ExpectMates("KBBk", 6, 18);
-    ExpectMates("KBNk", 4, 22);
+    ExpectMates("KBNk", 6, 22);
 }
 
 }  // namespace
