@@ -5,9 +5,9 @@
 
 #include "tests/eval/evaltest.h"
 
-// Counts what the whole test program takes from the heap by way of new. Never inlined: seen side by side, a
-// new and a free look mismatched to the compiler.
-static size_t Allocations = 0;
+static size_t Allocations = 0;  // of the whole test program, by way of new
+
+// Never inlined: seen side by side, a new and a free look mismatched to the compiler.
 
 [[gnu::noinline]] void* operator new(size_t bytes) {
     ++Allocations;

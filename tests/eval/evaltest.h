@@ -8,8 +8,8 @@
 #include "eval/weights.h"
 #include "tests/support/walker.h"
 
-// What the tests of the evaluation share: default weights, a personality of 100 percent and no pawn hash to
-// begin with, and whatever a test changes of that is put back.
+// Default weights, a personality of 100 percent and no pawn hash to begin with; whatever a test changes of
+// that is put back.
 class EvalTest : public CoreTest {
   protected:
     void SetUp() override {
@@ -23,7 +23,7 @@ class EvalTest : public CoreTest {
         ResetBoard();
     }
 
-    // Replaces the pawn hash by an empty one.
+    // An empty pawn hash.
     static void UsePawnHash(int entries) {
         PawnHashEntries = entries;
         ASSERT_TRUE(AllocatePawnHash());

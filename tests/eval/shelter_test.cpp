@@ -1,7 +1,6 @@
 #include "eval/shelter.h"
 
 #include <climits>
-#include <string>
 #include <vector>
 
 #include "core/board.h"
@@ -9,7 +8,6 @@
 #include "eval/pawns.h"
 #include "tests/eval/evaltest.h"
 #include "tests/support/datafile.h"
-#include "tests/support/slowpawns.h"
 
 namespace {
 
@@ -25,39 +23,32 @@ int Shelter(int side) {
 TEST_F(ShelterTest, Examples) {
     for (const DataRow& row : ReadDataRows("evaluation.txt")) {
         LoadFEN(row.Fen.c_str());
-        const auto text = [](int white, int black) {
-            return std::vector{std::to_string(white), std::to_string(black)};
-        };
-        EXPECT_EQ(text(Shelter(WHITE), Shelter(BLACK)), row.Values("shelter")) << row.Fen;
+        const std::vector shelters{Shelter(WHITE), Shelter(BLACK)};
         Evaluation();
-        const int* penalty = eval_info.shelter_penalty;
-        EXPECT_EQ(text(penalty[WHITE], penalty[BLACK]), row.Values("shelter_penalty")) << row.Fen;
-        EXPECT_EQ(text(ShelterValueOf(penalty[WHITE]), ShelterValueOf(penalty[BLACK])),
-                  row.Values("shelter_value"))
+        const int white = eval_info.shelter_penalty[WHITE], black = eval_info.shelter_penalty[BLACK];
+        EXPECT_EQ(shelters, row.Numbers({"shelter"})) << row.Fen;
+        EXPECT_EQ((std::vector{white, black}), row.Numbers({"shelter_penalty"})) << row.Fen;
+        EXPECT_EQ((std::vector{ShelterValueOf(white), ShelterValueOf(black)}), row.Numbers({"shelter_value"}))
             << row.Fen;
     }
 }
 
-TEST_F(ShelterTest, AgreesWithASecondTellingForEveryPersonality) {
+// Index 3 + 20 / 2 + 16 / 2, worth 168 in full, and the queen gone from home.
+TEST_F(ShelterTest, IsWeightedByThePersonality) {
     const struct {
-        int Cowardice, OwnFactor, Aggressivity, EnemyFactor;
-    } personalities[] = {{100, 50, 100, 50}, {37, 18, 250, 125}, {0, 0, 300, 150}, {99, 49, 0, 0}};
-    int personality = 0;
-    const auto compare = [&] {
-        const auto& [cowardice, ownFactor, aggressivity, enemyFactor] = personalities[++personality % 4];
+        int Cowardice, Aggressivity, EngineSide, Score;
+    } rows[] = {{100, 0, WHITE, -12 - 84},
+                {37, 250, WHITE, -12 - 30},
+                {0, 100, WHITE, -12},
+                {37, 250, BLACK, -12 - 210},
+                {100, 0, BLACK, -12}};
+    for (const auto& [cowardice, aggressivity, engineSide, score] : rows) {
+        LoadFEN("3qk3/8/8/8/8/8/8/4K2R w K -");
         SetCowardice(cowardice);
         SetAggressivity(aggressivity);
-        EngineSide = personality / 4 % 2;
-        const SlowPosition position = SlowPosition::FromBoard();
-        for (const int side : {WHITE, BLACK}) {
-            const SlowShelter told = TellShelter(position, side);
-            const int factor = side == EngineSide ? ownFactor : enemyFactor;
-            EXPECT_EQ(Shelter(side), told.QueenLeft - told.Value * factor / 100) << side;
-            EXPECT_EQ(eval_info.shelter_penalty[side], told.Index) << side;
-        }
-    };
-    VisitRandomBoards(20'000 / WORK_DIVISOR, 7, compare);
-    VisitPositions(10'000 / WORK_DIVISOR, 8, compare);
+        EngineSide = engineSide;
+        EXPECT_EQ(Shelter(WHITE), score) << cowardice << " " << aggressivity << " " << engineSide;
+    }
 }
 
 // White's shelter, worked by hand.
@@ -73,6 +64,8 @@ TEST_F(ShelterTest, IndexOfSingleRules) {
         {"3qk3/pppppppp/8/8/8/8/PPPPPPPP/R2KQ2R w - -", "the same beside the d-file", 4, -18},
         {"4k3/pppppppp/8/8/8/8/PPPPPPPP/R2KQ2R w - -", "no enemy queen", 2, -7},
         {"3qk3/8/8/8/8/5b2/5P1P/6K1 w - -", "hole", 3 + 8 + 3, -67},
+        {"3qk3/8/8/8/8/2b5/P1P5/1K6 w - -", "hole", 3 + 8 + 3, -67},
+        {"3qk3/8/8/8/8/5p2/5P1P/6K1 w - -", "a pawn in the hole", 1 + 8 + 3, -58},
     };
     for (const auto& [fen, what, index, score] : rows) {
         LoadFEN(fen);

@@ -36,6 +36,14 @@ std::vector<std::string> DataRow::Values(const std::string& key) const {
     return values;
 }
 
+std::vector<int> DataRow::Numbers(const std::vector<std::string>& keys) const {
+    std::vector<int> numbers;
+    for (const std::string& key : keys) {
+        for (const std::string& value : Values(key)) numbers.push_back(std::stoi(value));
+    }
+    return numbers;
+}
+
 std::vector<DataRow> ReadDataRows(const std::string& name) {
     std::vector<DataRow> rows;
     for (const std::string& line : ReadDataLines(name)) {

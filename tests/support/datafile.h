@@ -18,6 +18,7 @@ struct DataRow {
 
     // The values of an entry, empty when there is none.
     std::vector<std::string> Values(const std::string& key) const;
+    std::vector<int> Numbers(const std::vector<std::string>& keys) const;
 };
 
 std::vector<DataRow> ReadDataRows(const std::string& name);
