@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "core/board.h"
@@ -28,16 +29,11 @@ TEST_F(FenTest, ReadsPlacementWhateverItHolds) {
     const Board kings = Loaded("4k3/8/8/8/8/8/8/4K3 w - -");
     EXPECT_EQ(kings.PieceCount, 2u);
     EXPECT_TRUE(Loaded("  4k3/8/8/8/8/8/8/4K3   w   -   -  ") == kings);
-    EXPECT_TRUE(Loaded("4?k*3/8/0/9/8/!/8/4K3 w - -") == kings) << "unknown characters take no file";
+    EXPECT_TRUE(Loaded("4?9k*3/8/0/9/8/!/8/4K3 w") == kings) << "unknown characters take no file";
     EXPECT_TRUE(Loaded("4k3/8/8/8/8/8/8/4K3/QQQQ/8 w - -") == kings) << "nothing below the first rank";
     EXPECT_TRUE(Loaded("4k3QQQQQ/8Q/88R/8/8/8/8/4K3 w - -") == kings) << "nothing beyond the h-file";
-    EXPECT_TRUE(Loaded("4k3/8/8/8/8/8/8/4K3 w") == kings);
-    EXPECT_EQ(Loaded("").PieceCount, 0u);
-    EXPECT_EQ(Loaded("/////////////////").PieceCount, 0u);
-    EXPECT_EQ(Loaded("KQRBNPkqrbnp w").PieceCount, 8u);
-    for (const char* side : {"w", "b", "W", "x"}) {
-        const int expected = std::string(side) == "w" ? WHITE : BLACK;
-        EXPECT_EQ(Loaded(std::string("4k3/8/8/8/8/8/8/4K3 ") + side).SideToMove, expected) << side;
+    for (const char* side : {"", "b", "W", "x"}) {
+        EXPECT_EQ(Loaded(std::string("4k3/8/8/8/8/8/8/4K3 ") + side).SideToMove, BLACK) << side;
     }
 }
 
@@ -46,15 +42,10 @@ TEST_F(FenTest, CutsRightsBackToWhatTheMenAllow) {
         const char *Placement, *Rights;
         unsigned Flags;
     } rows[] = {
-        {"r3k2r/8/8/8/8/8/8/R3K2R", "KQkq", 15},
-        {"r3k2r/8/8/8/8/8/8/R3K2R", "KxHqq", 9},
-        {"r3k2r/8/8/8/8/8/8/R3K2R", "-", 0},
-        {"r3k2r/8/8/8/8/8/8/R3K3", "KQkq", 14},
-        {"r3k2r/8/8/8/8/8/8/4K2R", "KQkq", 13},
-        {"4k2r/8/8/8/8/8/8/R3K2R", "KQkq", 7},
-        {"r3k3/8/8/8/8/8/8/R3K2R", "KQkq", 11},
-        {"r2k3r/8/8/8/8/8/8/R3K2R", "KQkq", 3},
-        {"r3k2r/8/8/8/8/8/8/R4K1R", "KQkq", 12},
+        {"r3k2r/8/8/8/8/8/8/R3K2R", "KxHqq", 9}, {"r3k2r/8/8/8/8/8/8/R3K2R", "-KQkq", 0},
+        {"r3k2r/8/8/8/8/8/8/R3K3", "KQkq", 14},  {"r3k2r/8/8/8/8/8/8/4K2R", "KQkq", 13},
+        {"4k2r/8/8/8/8/8/8/R3K2R", "KQkq", 7},   {"r3k3/8/8/8/8/8/8/R3K2R", "KQkq", 11},
+        {"r2k3r/8/8/8/8/8/8/R3K2R", "KQkq", 3},  {"r3k2r/8/8/8/8/8/8/R4K1R", "KQkq", 12},
         {"r3k2R/8/8/8/8/8/8/r3K2R", "KQkq", 9},  // a rook of the other side is none
     };
     for (const auto& row : rows) {
@@ -68,9 +59,8 @@ TEST_F(FenTest, ReadsEnPassantByThePawnsOwnSquare) {
     const struct {
         const char *Position, *Field, *LastMove, *Written;
     } rows[] = {
-        {"8/8/8/8/4P3/8/8/K7 b", "e4 0 1", "e2e4", ""},   {"8/8/8/8/4P3/8/8/K7 b", "E4", "e2e4", ""},
-        {"8/8/8/8/4P3/8/8/K7 b", "e3", "0000", "- "},     {"8/8/8/8/4P3/8/8/K7 b", "e", "0000", "- "},
-        {"8/8/8/8/4P3/8/8/K7 b", "i4", "0000", "- "},     {"8/8/8/8/4P3/8/8/K7 b", "", "0000", "- "},
+        {"8/8/8/8/4P3/8/8/K7 b", "E4 0 1", "e2e4", ""},   {"8/8/8/8/4P3/8/8/K7 b", "e3", "0000", "- "},
+        {"8/8/8/8/4P3/8/8/K7 b", "e", "0000", "- "},      {"8/8/8/8/4P3/8/8/K7 b", "i4", "0000", "- "},
         {"8/8/8/2PpP3/8/8/8/4K3 w", "d5", "d7d5", "d5 "}, {"8/8/8/2PpP3/8/8/8/4K3 b", "d5", "0000", "- "},
         {"8/8/8/2PpP3/8/8/8/4K3 w", "c5", "0000", "- "},  // that pawn is White's
         {"8/8/8/2PnP3/8/8/8/4K3 w", "d5", "0000", "- "},  // that man is no pawn
@@ -102,33 +92,31 @@ std::string Mutate(std::string text, std::mt19937_64& random) {
                 text[place] = BYTES[random() % (sizeof BYTES - 1)];
         }
     }
-    return text;
+    return random() % 8 == 0 ? text + text + text : text;
 }
 
 TEST_F(FenTest, SurvivesGarbage) {
     std::mt19937_64 random(41);
-    const Board start = Loaded(START);
-    int playable = 0, faulty = 0;
+    Board start = board;
+    std::fill_n(start.PieceNumber[KING], 2, 1);
+    int playable = 0;
     testing::internal::CaptureStdout();
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
-        std::string text = Mutate(NASTY_POSITIONS[random() % std::size(NASTY_POSITIONS)], random);
-        if (random() % 8 == 0) text += text + text;
+        const std::string text = Mutate(NASTY_POSITIONS[random() % std::size(NASTY_POSITIONS)], random);
         const Board before = Loaded(text);
-        const int length = HistoryLength;
         const bool isPlayable = FindPositionFault() == nullptr;
         EXPECT_TRUE(board == before) << text;
         PrintBoard();
         GetFEN();
         Perft(1);
-        EXPECT_EQ(HistoryLength, length) << text;
+        for (const Move move : LegalMoves()) EXPECT_NE(MoveCaptured(move), unsigned{KING}) << text;
         EXPECT_TRUE(!isPlayable || board == before) << text;
-        (isPlayable ? playable : faulty) += 1;
+        playable += isPlayable;
         EXPECT_TRUE(Loaded(START) == start) << "nothing of " << text << " is left";
         EXPECT_EQ(HistoryLength, 0);
     }
     testing::internal::GetCapturedStdout();
-    EXPECT_GT(playable, 1000);
-    EXPECT_GT(faulty, 1000);
+    EXPECT_TRUE(playable > 1000 && playable < 19000);
 }
 
 }  // namespace

@@ -12,10 +12,8 @@ namespace {
 // Entries of no meaning, all different: a sum that takes the wrong one shows.
 void FillPsqTable() {
     std::mt19937 random(7);
-    for (PsqEntry& entry : PsqTable) {
-        entry.Opening = static_cast<int16_t>(static_cast<int>(random() % 1801) - 900);
-        entry.Ending = static_cast<int16_t>(static_cast<int>(random() % 1801) - 900);
-    }
+    const auto next = [&] { return static_cast<int16_t>(static_cast<int>(random() % 1801) - 900); };
+    for (PsqEntry& entry : PsqTable) entry = {next(), next()};
 }
 
 }  // namespace

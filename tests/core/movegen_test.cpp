@@ -1,14 +1,11 @@
 #include "core/movegen.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "core/attackquery.h"
 #include "core/board.h"
 #include "core/evasions.h"
 #include "core/fen.h"
-#include "core/legal.h"
 #include "tests/support/datafile.h"
 #include "tests/support/positions.h"
 #include "tests/support/walker.h"
@@ -20,15 +17,12 @@ using MovegenTest = CoreTest;
 Bitboard Opponents() {
     return board.Occupied[board.SideToMove ^ 1];
 }
-
 std::vector<Move> Captures() {
     return MovesOf([] { GenerateCaptures(Opponents()); });
 }
-
 std::vector<Move> Promotions() {
     return MovesOf(GeneratePromotions);
 }
-
 std::vector<Move> Evasions() {
     return MovesOf(GenerateEvasions);
 }
@@ -87,16 +81,14 @@ TEST_F(MovegenTest, OrdersPromotionsAndEvasionsByStage) {
         std::vector<Move> (*Generate)();
         const char* Moves;
     } rows[] = {
-        {"r3k3/1P4P1/8/8/8/8/8/4K3 w - -", Captures, "b7a8q b7a8n b7a8r b7a8b"},
         {"r3k3/1P4P1/8/8/8/8/8/4K3 w - -", Promotions, "g7g8q g7g8r g7g8n g7g8b b7b8q b7b8r b7b8n b7b8b"},
         {"4k3/8/8/8/8/8/1p4p1/R3K3 b - -", Promotions, "b2b1q b2b1r b2b1n b2b1b g2g1q g2g1r g2g1n g2g1b"},
         {"8/8/8/8/8/3r4/2p1k3/K2R4 b - -", Captures, "c2d1q c2d1n c2d1r c2d1b d3d1 e2d1"},
         {"R3k3/1p4P1/8/8/8/8/1pn5/K6r w - -", Evasions, "a1a2 a1b2"},
         {"8/8/8/8/8/k7/1p6/R1K5 b - -", Evasions, "a3b3 a3b4 b2a1q b2a1r b2a1b b2a1n"},
         {EN_PASSANT_ANSWERS_CHECK, Evasions, "c5b4 c5c4 c5d4 c5b5 c5d5 c5b6 c5c6 c5d6 e4d3"},
-        // The pawn beside is pinned.
+        // The pawn beside is pinned; and none stands beside one on the edge of the board.
         {"8/8/8/2k5/2pP4/8/8/2R1K3 b - d4", Evasions, "c5b4 c5d4 c5b5 c5d5 c5b6 c5c6 c5d6"},
-        // No pawn stands beside one on the edge of the board.
         {"8/8/8/1k6/P7/7p/8/4K3 b - a4", Evasions, "b5a4 b5b4 b5c4 b5a5 b5c5 b5a6 b5b6 b5c6"},
         {"8/8/8/p5k1/7P/8/8/4K3 b - h4", Evasions, "g5f4 g5g4 g5h4 g5f5 g5h5 g5f6 g5g6 g5h6"},
     };
@@ -104,17 +96,6 @@ TEST_F(MovegenTest, OrdersPromotionsAndEvasionsByStage) {
         LoadFEN(row.Fen);
         EXPECT_EQ(TextOf(row.Generate()), row.Moves) << row.Fen;
     }
-}
-
-TEST_F(MovegenTest, AcceptsExactlyTheLegalWords) {
-    VisitPositions(1000 / WORK_DIVISOR, 21, [] {
-        for (const Move move : MovesOf(GenerateMoves)) {
-            ASSERT_EQ(IsLegalMove(move), LeavesKingSafe(move)) << TextOf({move});
-            ASSERT_FALSE(IsLegalMove(move | Move{1} << 21)) << TextOf({move});
-            ASSERT_FALSE(IsLegalMove(move ^ Move{1} << 14)) << TextOf({move});
-        }
-        ASSERT_FALSE(IsLegalMove(NO_MOVE));
-    });
 }
 
 TEST_F(MovegenTest, SelectsTheEarliestOfEqualsAndKeepsTheRest) {

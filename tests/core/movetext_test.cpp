@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <memory>
 #include <string>
 
 #include "core/board.h"
@@ -40,43 +39,33 @@ TEST_F(MoveTextTest, WritesAndReadsItsForms) {
 }
 
 TEST_F(MoveTextTest, KnowsAMoveByItsSquares) {
-    for (const char* text : {"a1h8", "E2E4", "e7e8q", "e2e4, then more", "h8a1\n"}) {
+    for (const char* text : {"a1h8", "E2E4", "e2e4, then more"}) {
         EXPECT_TRUE(LooksLikeMove(text)) << text;
     }
-    for (const char* text : {"", "e2e", "e2e9", "i2e4", "e0e4", "2e4e", "Nf3", "e2-e4", "\xE5\x32\x65\x34"}) {
+    for (const char* text : {"", "e2e", "e2e9", "i2e4", "e0e4", "2e4e", "e2-e4", "\xE5\x32\x65\x34"}) {
         EXPECT_FALSE(LooksLikeMove(text)) << text;
     }
 }
 
-// A stream over the text that closes itself.
-std::shared_ptr<std::FILE> Stream(const std::string& text) {
-    std::FILE* file = std::tmpfile();
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::rewind(file);
-    return {file, std::fclose};
-}
-
 TEST_F(MoveTextTest, CutsTokensOutOfGames) {
-    using namespace std::string_literals;
-    const auto stream = Stream("Nf3+ exd8=Q O-O-O\nQ:h7 9\0Rab1! 12345678012345 e4"s);
+    char text[] = "Nf3+ exd8=Q O-O-O\nQ:h7 9\0Rab1! 12345678012345 123456780123456";
+    std::FILE* file = fmemopen(text, sizeof text - 1, "r");
     for (const char* token : {"Nf3", "", "exd8=Q", "O-O-O", "Q:h7", "", "", "Rab1", "", "12345678012345"}) {
-        EXPECT_FALSE(ReadMoveToken(stream.get()));
+        EXPECT_FALSE(ReadMoveToken(file));
         EXPECT_STREQ(MoveToken, token);
     }
-    EXPECT_TRUE(ReadMoveToken(stream.get())) << "ended by the file";
-    EXPECT_STREQ(MoveToken, "e4");
-    EXPECT_TRUE(ReadMoveToken(stream.get()));
-    EXPECT_STREQ(MoveToken, "");
-}
-
-TEST_F(MoveTextTest, GivesUpOnATokenThatIsTooLong) {
-    const auto stream = Stream("123456780123456");
-    const auto read = [&] {
+    const auto readTooLong = [=] {
         dup2(STDERR_FILENO, STDOUT_FILENO);  // so that the message can be seen
-        ReadMoveToken(stream.get());
+        ReadMoveToken(file);
     };
-    EXPECT_EXIT(read(), testing::ExitedWithCode(2),
+    EXPECT_EXIT(readTooLong(), testing::ExitedWithCode(2),
                 "Error parsing move \\(move too long\\): 123456780123456\\.\\.\\.\n");
+    std::fseek(file, -2, SEEK_END);
+    for (const char* token : {"56", ""}) {
+        EXPECT_TRUE(ReadMoveToken(file)) << "ended by the file";
+        EXPECT_STREQ(MoveToken, token);
+    }
+    std::fclose(file);
 }
 
 }  // namespace

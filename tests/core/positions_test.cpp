@@ -17,11 +17,6 @@ namespace {
 
 using WorkedPositionsTest = CoreTest;
 
-std::string Unescape(std::string text) {
-    std::replace(text.begin(), text.end(), '_', ' ');
-    return text;
-}
-
 std::string Picture() {
     testing::internal::CaptureStdout();
     PrintBoard();
@@ -69,7 +64,8 @@ TEST_F(WorkedPositionsTest, HaveTheirValues) {
         LoadFEN(row.Fen.c_str());
         EXPECT_GE(row.Entries.size(), 13u) << row.Fen;
         for (const std::vector<std::string>& entry : row.Entries) {
-            const std::string expected = Unescape(JoinWords({entry.begin() + 1, entry.end()}));
+            std::string expected = JoinWords({entry.begin() + 1, entry.end()});
+            std::replace(expected.begin(), expected.end(), '_', ' ');
             EXPECT_EQ(ValueOf(entry.front()), expected) << row.Fen << ' ' << entry.front();
         }
     }

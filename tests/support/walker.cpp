@@ -68,14 +68,11 @@ void VisitPositions(int positions, uint64_t seed, const std::function<void()>& v
 void VisitRandomBoards(int boards, uint64_t seed, const std::function<void()>& visit) {
     std::mt19937_64 random(seed);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<uint64_t>(limit)); };
-    const auto colour = [](int side, char letter) {
-        return static_cast<char>(side == WHITE ? letter : std::tolower(letter));
-    };
     while (boards > 0) {
         std::string men(64, '1');
         const auto place = [&](int side, int file, int rank, char letter) {
             char& man = men[static_cast<size_t>((side == WHITE ? 7 - rank : rank) * 8 + file)];
-            if (man == '1') man = colour(side, letter);
+            if (man == '1') man = static_cast<char>(side == WHITE ? letter : std::tolower(letter));
         };
         const int pieces = below(8), pawns = below(9);
         for (const int side : {WHITE, BLACK}) {
