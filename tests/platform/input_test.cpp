@@ -52,7 +52,6 @@ TEST(InputTest, ReturnsKeptLinesFirstAndInOrder) {
 TEST(InputTest, NeverWaitsForTheRestOfALine) {
     PipeInput input;
     std::string line;
-    EXPECT_FALSE(TakeWaitingLine(line));
     input.Write("hal");
     EXPECT_FALSE(TakeWaitingLine(line));
     input.Write("f\nrest");
@@ -81,7 +80,7 @@ TEST(InputTest, WaitsForAWholeLine) {
 }
 
 TEST(InputTest, IgnoresWhatFollowsItsEnd) {
-    PipeInput input;
+    const PipeInput input;
     input.Write("taken\ncut\nhal");
     std::string line;
     ASSERT_TRUE(TakeWaitingLine(line));
@@ -89,19 +88,6 @@ TEST(InputTest, IgnoresWhatFollowsItsEnd) {
     input.Write("f\n");
     EXPECT_TRUE(HasInputEnded());
     EXPECT_EQ(RemainingLines(), Lines());
-}
-
-TEST(InputTest, ForgetsEverythingOnReset) {
-    PipeInput input;
-    input.Write("old\nhal");
-    std::string line;
-    ASSERT_TRUE(TakeWaitingLine(line));
-    KeepLine(line);
-    ResetInput();
-    EXPECT_FALSE(HasKeptLine());
-    input.Write("new\n");
-    ASSERT_TRUE(ReadLine(line));
-    EXPECT_EQ(line, "new");
 }
 
 }  // namespace

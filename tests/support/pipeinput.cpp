@@ -7,14 +7,10 @@
 
 #include "platform/input.h"
 
-namespace {
-
 // A test can't go on without its input.
-void Require(bool condition) {
+static void Require(bool condition) {
     if (!condition) std::abort();
 }
-
-}  // namespace
 
 PipeInput::PipeInput() : savedInput_(dup(STDIN_FILENO)) {
     int ends[2];
