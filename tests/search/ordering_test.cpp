@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "search/plyinfo.h"
 #include "tests/search/searchtest.h"
 
@@ -12,23 +10,6 @@ namespace {
 constexpr Move A = BuildMove(1, 18, KNIGHT), B = BuildMove(6, 21, KNIGHT), C = BuildMove(12, 28, PAWN);
 
 using OrderingTest = SearchTest;
-
-TEST_F(OrderingTest, CountersGrowWithTheDepthTowardsTheirLimit) {
-    constexpr std::array<int, 3> Rows[] = {{120, 0, 3800}, {179, 0, 3800},  {60, 0, 1820},
-                                           {900, 0, 9516}, {5400, 0, 9516}, {900, 32700, 32700}};
-    for (const auto& [depth, before, after] : Rows) {
-        HistoryCounter(A, 1, BLACK) = before;
-        board.SideToMove = BLACK;
-        UpdateHistory(depth, A, 1);
-        EXPECT_EQ(HistoryCounter(A, 1, BLACK), after) << depth;
-        EXPECT_EQ(HistoryCounter(A, 0, BLACK) + HistoryCounter(A, 1, WHITE), 0);
-    }
-    HistoryCounter(A, 0, BLACK) = 5;
-    testing::internal::CaptureStdout();
-    UpdateHistory(59, A, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "?");
-    EXPECT_EQ(HistoryCounter(A, 0, BLACK), 5);
-}
 
 TEST_F(OrderingTest, KillersAreTheLastTwoDifferentMoves) {
     Ply = 6;

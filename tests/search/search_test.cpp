@@ -19,27 +19,6 @@
 
 namespace {
 
-TEST_F(SearchTest, FindsMates) {
-    const struct {
-        const char *Fen, *Move;
-        int Moves;
-    } rows[] = {
-        {"6k1/5ppp/8/8/8/8/8/R6K w - -", "a1a8", 1},
-        {"r6k/8/8/8/8/8/5PPP/6K1 b - -", "a8a1", 1},
-        {"6rk/6pp/8/6N1/8/8/8/7K w - -", "g5f7", 1},
-        {"k7/2P5/1K6/8/8/8/8/8 w - -", "c7c8q", 1},
-        {"6k1/3r3p/p1q3pP/1p1p4/3Q4/4R1P1/P4PK1/8 w - -", "d4h8", 2},
-    };
-    for (const auto& [fen, move, moves] : rows) {
-        Forget();
-        EXPECT_EQ(Search(fen, 6), move) << fen;
-        EXPECT_EQ(RootScore, MATE + 1 - 2 * moves) << fen;
-    }
-    Forget();
-    Search("7k/p7/6K1/8/8/8/8/1R6 b - -", 6);
-    EXPECT_EQ(RootScore, 2 - MATE) << "the mated side sees it, too";
-}
-
 TEST_F(SearchTest, SeesDraws) {
     // A queen down, White goes on checking for ever.
     Search("6k1/6p1/8/7Q/8/8/qr6/6K1 w - -", 8);
@@ -57,20 +36,6 @@ TEST_F(SearchTest, IsNotMisledByDevicesThatSaveWork) {
     Forget();
     Search("8/8/1k6/8/8/7Q/2R5/7K w - -", 4);
     EXPECT_LT(Nodes, 50'000) << "checks chase the king without end";
-}
-
-TEST_F(SearchTest, RepeatsItselfExactly) {
-    for (const char* fen : {START, EVERYTHING_AT_ONCE, OPEN_LINES, PROMOTION_RACE, MANY_QUEENS}) {
-        Forget();
-        const std::string move = Search(fen, 5);
-        const int64_t nodes = Nodes;
-        const int score = RootScore;
-        Search(START, 4);
-        Forget();
-        EXPECT_EQ(Search(fen, 5), move) << fen;
-        EXPECT_EQ(Nodes, nodes) << fen;
-        EXPECT_EQ(RootScore, score) << fen;
-    }
 }
 
 TEST_F(SearchTest, LeavesEverythingAsItWas) {

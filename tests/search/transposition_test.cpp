@@ -90,31 +90,30 @@ TEST_F(TranspositionTest, ChoosesItsVictim) {
 
 TEST_F(TranspositionTest, CountsMatesFromTheNode) {
     const struct {
-        int Score, Bound, Ply, Stored, ReadAt, Read;
+        int Score, Bound, Stored, Read;
     } rows[] = {
-        {MATE - 11, BOUND_EXACT, 6, MATE - 5, 2, MATE - 7},
-        {12 - MATE, BOUND_EXACT, 6, 6 - MATE, 2, 8 - MATE},
-        {MATE - 11, BOUND_LOWER, 6, MATE_BOUND, 2, MATE_BOUND},
-        {-500, BOUND_LOWER, 6, -500, 2, -500},
+        {MATE - 11, BOUND_EXACT, MATE - 5, MATE - 7},
+        {12 - MATE, BOUND_EXACT, 6 - MATE, 8 - MATE},
+        {MATE - 11, BOUND_LOWER, MATE_BOUND, MATE_BOUND},
+        {-500, BOUND_LOWER, -500, -500},
     };
     for (const auto& row : rows) {
         Allocate(1);
-        HashStore(60, MOVE, row.Score, row.Bound, 0, 0, row.Ply);
+        HashStore(60, MOVE, row.Score, row.Bound, 0, 0, 6);
         const HashEntry* entry = HashProbe();
         ASSERT_NE(entry, nullptr);
         EXPECT_EQ(entry->Score, row.Stored) << row.Score;
-        EXPECT_EQ(HashScoreAt(*entry, row.ReadAt), row.Read) << row.Score;
+        EXPECT_EQ(HashScoreAt(*entry, 2), row.Read) << row.Score;
     }
 }
 
 TEST_F(TranspositionTest, DoesNotWrapAroundItsEnd) {
-    constexpr int SIZE = 8;
+    constexpr uint64_t SIZE = 8;
     Allocate(SIZE);
     Store(0, 1);
-    for (uint64_t i = 0; i < 4; ++i) Store(SIZE - 1 + i * SIZE, 500);
-    for (uint64_t i = 0; i < 4; ++i) EXPECT_NE(Probe(SIZE - 1 + i * SIZE), nullptr) << i;
-    EXPECT_NE(Probe(0), nullptr);
-    Store(SIZE - 1 + 4 * SIZE, 600);
+    for (uint64_t i = 1; i < 5; ++i) Store(i * SIZE - 1, 500);
+    for (uint64_t i = 1; i < 5; ++i) EXPECT_NE(Probe(i * SIZE - 1), nullptr) << i;
+    Store(5 * SIZE - 1, 600);
     EXPECT_NE(Probe(0), nullptr);
 }
 
