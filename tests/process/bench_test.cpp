@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -8,18 +9,14 @@
 
 namespace {
 
-long long NumberBehind(const std::string& line, const std::string& words) {
-    const size_t place = line.find(words);
-    return place == std::string::npos ? -1 : std::stoll(line.substr(place + words.size()));
-}
-
 // Reads the output of a bench to its end and expects the number of nodes that is on record. Every build,
 // compiler and machine is compared with that one number.
 void ExpectRecordedNodes(Engine& engine) {
     long long sum = 0, total = -1;
     for (const std::string& line : engine.ReadUntil("Nodes per second: ")) {
-        if (line.starts_with("Position ")) sum += NumberBehind(line, ": ");
-        if (line.starts_with("Nodes: ")) total = NumberBehind(line, "Nodes: ");
+        const auto number = [&] { return std::stoll(line.substr(line.find(": ") + 2)); };
+        if (line.starts_with("Position ")) sum += number();
+        if (line.starts_with("Nodes: ")) total = number();
     }
     EXPECT_EQ(sum, total);
     EXPECT_EQ("nodes " + std::to_string(total), ReadDataLines("bench.txt").front())
@@ -52,15 +49,33 @@ TEST(BenchTest, CountsTheSameNodesWhateverCameBefore) {
 }
 #endif
 
-TEST(BenchTest, EndsWhenToldAndLeavesTheGame) {
+// Game, settings and modes: what follows is the same as without the bench.
+TEST(BenchTest, EndsWhenToldAndLeavesAllElse) {
+    const std::regex clock("(\n\\d+ -?\\d+| time| nps) \\d+");
+    for (const std::string before : {"force\ne2e4\ne7e5\ne1e2\nsd 5",
+                                     "uci\nsetoption name MultiPV value 2\nposition startpos moves e2e4"}) {
+        const bool isUci = before.starts_with("uci");
+        std::string said[2];
+        for (const bool hasBench : {false, true}) {
+            Session engine(
+                "TranspositionSizeMb = 64\nPawnHashSizeMb = 32\nAggressivity = 30\nCowardice = 40\nTropism = "
+                "250\nPondering = off");
+            engine.Ask(before);
+            if (hasBench) {
+                engine.Send("bench");
+                engine.ReadUntil("Position 1: ");
+                engine.Send("stop");
+                engine.ReadUntil("Bench stopped");
+            }
+            const std::string board = Join(engine.Ask("brd\nmvd\nmoves\nevl"));
+            engine.Send(isUci ? "go depth 6" : "go");
+            const std::string search = Join(engine.ReadUntil(isUci ? "bestmove " : "move "));
+            said[hasBench] = board + std::regex_replace("\n" + search, clock, "$1");
+        }
+        EXPECT_EQ(said[0], said[1]);
+    }
     Session engine;
     engine.Ask("force\ne2e4\ne7e5\ne1e2");
-    const std::string show = "brd\nmvd\nmoves", shown = Join(engine.Ask(show));
-    engine.Send("bench");
-    engine.ReadUntil("Position 1: ");
-    engine.Send("stop");
-    engine.ReadUntil("Bench stopped");
-    EXPECT_EQ(Join(engine.Ask(show)), shown);
     engine.Send("bench\nundo");
     engine.ReadUntil("Bench stopped");
     EXPECT_TRUE(HasLine(engine.Ask("mvd"), "castling flags = 15")) << "the line that ended it is carried out";

@@ -1,56 +1,38 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <regex>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "tests/process/session.h"
+#include "tests/support/datafile.h"
 
 namespace {
 
 constexpr int PLY_LIMIT = 700;  // of a game
-
-// The legal moves of the engine's position as coordinates, without promotion letters.
-std::vector<std::string> LegalMoves(Engine& engine) {
-    std::vector<std::string> moves;
-    for (const std::string& line : engine.Ask("moves")) {
-        if (line.find(" (") == std::string::npos) continue;
-        std::istringstream words(line);
-        for (std::string word; words >> word;) {
-            if (word.front() != '(') moves.push_back(word.substr(1));
-        }
-    }
-    return moves;
-}
-
-bool Contains(const std::vector<std::string>& moves, const std::string& move) {
-    return std::find(moves.begin(), moves.end(), move.substr(0, 4)) != moves.end();
-}
 
 bool IsResult(const std::string& line) {
     return line == "resign" || std::regex_match(line, std::regex("(1-0|0-1|1/2-1/2) \\{.*\\}"));
 }
 
 // An xboard game from the set-up on between two engines that get each other's moves, up to the first result
-// line, which is returned. `moves` becomes what was played.
-std::string PlayXboardGame(const std::string& setUp, const std::string& settings,
-                           std::vector<std::string>& moves) {
+// line, which is returned.
+std::string PlayXboardGame(const std::string& setUp, const std::string& settings) {
     Session one(settings), other(settings);
     for (Session* engine : {&one, &other}) engine->Ask("xboard\neasy\nnopost\nnew\n" + setUp);
     one.Send("go");
-    while (moves.size() < PLY_LIMIT) {
-        Session& mover = moves.size() % 2 == 0 ? one : other;
-        std::string line = mover.ReadLine();
-        while (!line.starts_with("move ")) {
+    Session *mover = &one, *waiter = &other;
+    for (int plies = 0; plies < PLY_LIMIT; std::swap(mover, waiter)) {
+        std::string line = mover->ReadLine();
+        for (; !line.starts_with("move "); line = mover->ReadLine()) {
             if (IsResult(line)) return line;
             if (line.starts_with("Illegal")) throw std::runtime_error(line);
-            line = mover.ReadLine();
         }
-        moves.push_back(line.substr(5));
-        (&mover == &one ? other : one).Send(moves.back());
+        waiter->Send(line.substr(5));
+        ++plies;
     }
     return "too long";
 }
@@ -67,66 +49,51 @@ TEST(GamesTest, XboardGamesEndByTheirOwnResultLine) {
         {"loadfen qq2k3/8/8/8/8/8/P7/4K3 w - -\nsd 3", "ResignValue = 500\nResignTimes = 2", "resign"},
     };
     for (const auto& [setUp, settings, result] : rows) {
-        std::vector<std::string> moves;
-        const std::string line = PlayXboardGame(setUp, settings, moves);
-        EXPECT_TRUE(IsResult(line)) << setUp << ": " << line;
-        EXPECT_TRUE(line.starts_with(result)) << setUp << ": " << line;
-        // A third engine has no objection either.
-        Session referee;
-        std::string record = "force\n" + setUp + "\nforce\n";
-        for (const std::string& move : moves) record += move + "\n";
-        EXPECT_FALSE(HasLine(referee.Ask(record), "Illegal move")) << record;
+        const std::string line = PlayXboardGame(setUp, settings);
+        EXPECT_TRUE(IsResult(line) && line.starts_with(result)) << setUp << ": " << line;
     }
 }
 
-// A whole game over UCI: the one that waits gives the legal moves of the one that moves.
-TEST(GamesTest, UciGamesAreLegalAndEndByMate) {
-    for (const char* fen : {"r3k2r/pppq1ppp/8/8/8/8/8/4K3 b kq -", "4k3/8/8/8/8/8/PPPP4/R3K3 w Q -"}) {
-        UciSession engines[2];
-        std::string position = "position fen " + std::string(fen) + " moves";
-        int ply = 0;
-        for (; ply < 120; ++ply) {
-            Session &mover = engines[ply % 2], &checker = engines[1 - ply % 2];
-            checker.Ask(position);
-            const std::vector<std::string> legal = LegalMoves(checker);
-            if (legal.empty()) break;
-            const std::string move = mover.BestMove(position + "\ngo depth 6");
-            ASSERT_TRUE(Contains(legal, move)) << move << " after " << position;
-            position += " " + move;
+// Two programs that are told the same say the same, move for move and node for node.
+TEST(GamesTest, RepeatThemselvesInAnotherProcess) {
+    std::string said[2];
+    for (std::string& output : said) {
+        UciSession engine;
+        std::string game = "position startpos moves";
+        for (int ply = 0; ply < 12; ++ply) {
+            if (ply == 6) engine.Ask("setoption name MultiPV value 3");
+            engine.Send(game + "\ngo depth 8");
+            const std::string lines = Join(engine.ReadUntil("bestmove "));
+            output += std::regex_replace(lines, std::regex(" (time|nps) \\d+"), "");
+            game += " " + SplitWords(lines.substr(lines.rfind("bestmove "))).at(1);
         }
-        EXPECT_TRUE(ply > 4 && ply % 2 == 1) << "the side that began mates: " << position;
-        EXPECT_TRUE(engines[0].Ask("go depth 3").empty()) << "nothing to announce in this dialect";
     }
+    EXPECT_EQ(said[0], said[1]);
+    EXPECT_GT(std::count(said[0].begin(), said[0].end(), '\n'), 50);
 }
 
 // Knights out and back again, longer than the record of a game, and one out once more.
-std::vector<std::string> LongGame() {
-    std::vector<std::string> moves;
-    for (int i = 0; i < 300; ++i) moves.insert(moves.end(), {"g1f3", "b8c6", "f3g1", "c6b8"});
-    moves.push_back("g1f3");
-    return moves;
-}
+TEST(GamesTest, SixHundredMoves) {
+    std::string position = "position startpos moves", record = "force\nnopost\n", back;
+    for (int i = 0; i < 1201; ++i) {
+        const std::string move = std::array{"g1f3", "b8c6", "f3g1", "c6b8"}[i % 4];
+        position += " " + move;
+        record += move + "\n";
+        back += "undo\n";
+    }
+    Session referee;
+    const std::string start = Join(referee.Ask("brd")), moved = Join(referee.Ask("force\ng1f3\nbrd"));
+    UciSession uci;
+    EXPECT_EQ(Join(uci.Ask(position + "\nbrd")), moved);
+    EXPECT_TRUE(referee.Ask(uci.BestMove("go depth 5")).empty()) << "a legal move";
 
-TEST(GamesTest, SixHundredMovesOverUci) {
-    UciSession engine, fresh;
-    std::string position = "position startpos moves";
-    for (const std::string& move : LongGame()) position += " " + move;
-    engine.Ask(position);
-    EXPECT_EQ(Join(engine.Ask("brd")), Join(fresh.Ask("position startpos moves g1f3\nbrd")));
-    EXPECT_TRUE(Contains(LegalMoves(fresh), engine.BestMove("go depth 5")));
-}
-
-TEST(GamesTest, SixHundredMovesAtTheConsole) {
-    Session engine("Pondering = off"), fresh;
-    std::string record = "force\nnopost\n", back;
-    for (const std::string& move : LongGame()) record += move + "\n", back += "undo\n";
-    EXPECT_TRUE(engine.Ask(record).empty());
-    EXPECT_EQ(Join(engine.Ask("undo\nbrd")), Join(fresh.Ask("brd")));
+    Session console("Pondering = off");
+    EXPECT_EQ(Join(console.Ask(record + "brd\nundo\nbrd")), moved + start);
     // What is kept can be taken back, the rest can't, and the game goes on.
-    EXPECT_TRUE(engine.Ask(back).empty());
-    const std::vector<std::string> legal = LegalMoves(engine);
-    engine.Send("sd 4\ngo");
-    EXPECT_TRUE(Contains(legal, engine.ReadUntil("move ").back().substr(5)));
+    const std::string kept = Join(console.Ask(back + "brd"));
+    console.Send("sd 4\ngo");
+    console.ReadUntil("move ");
+    EXPECT_EQ(Join(console.Ask("undo\nbrd")), kept);
 }
 
 }  // namespace

@@ -7,40 +7,29 @@
 
 namespace {
 
-constexpr size_t HINT_START = 6;  // behind "Hint: "
-
-// A console engine that ponders; its prediction has been read.
-class Ponderer : public Session {
-  public:
-    Ponderer() {
-        Send("nopost\nsd 6\ne2e4");
-        ReadUntil("move ");
-        Hint = ReadHint();
-    }
-    std::string ReadHint() { return ReadUntil("Hint: ").back().substr(HINT_START); }
-    // A legal move of White's that is not the one expected.
-    std::string OtherMove() const { return Hint == "a2a3" ? "h2h3" : "a2a3"; }
-
-    std::string Hint;
-};
+std::string ReadHint(Engine& engine) {
+    constexpr size_t HINT_START = 6;  // behind "Hint: "
+    return engine.ReadUntil("Hint: ").back().substr(HINT_START);
+}
 
 TEST(PonderTest, HitsMissesAndIllegalMovesAreAnswered) {
-    Ponderer engine;
-    ASSERT_EQ(engine.Hint.size(), 4u) << engine.Hint;
+    Session engine, other, fresh;
+    engine.Send("nopost\nsd 6\ne2e4");
     for (int i = 0; i < 3; ++i) {
+        const std::string hint = ReadHint(engine);
+        ASSERT_EQ(hint.size(), 4u) << hint;
         EXPECT_TRUE(HasLine(engine.Ask("."), "stat01: ")) << "a question doesn't end it";
-        engine.Send(engine.Hint);
+        engine.Send(hint);
         EXPECT_FALSE(HasLine(engine.ReadUntil("move "), "Illegal"));
-        engine.Hint = engine.ReadHint();
     }
-    Ponderer other;
+    other.Send("nopost\nsd 6\ne2e4");
+    const std::string hint = ReadHint(other);
     other.Send("e4e6");
     EXPECT_EQ(other.ReadUntil("Illegal").back(), "Illegal move: e4e6");
-    other.Send(other.OtherMove());
+    other.Send(hint == "a2a3" ? "h2h3" : "a2a3");
     EXPECT_FALSE(HasLine(other.ReadUntil("move "), "Illegal"));
-    other.ReadHint();
+    ReadHint(other);
     // The game so far: four moves, the last of them Black's.
-    Session fresh;
     EXPECT_EQ(Join(other.Ask("force\nremove\nremove\nbrd")), Join(fresh.Ask("brd")));
 }
 
@@ -55,13 +44,13 @@ TEST(PonderTest, LinesEndWhatRunsAndAreInterpreted) {
         std::string Board;
     } rows[] = {
         {ponder, {"undo", "force\nundo"}, moved},
-        {ponder, {"new", "remove", "xboard\nremove", "?\nremove", "result 1-0\nremove"}, start},
-        {ponder, {"easy\nremove", "evl2\nundo\nundo", "time 5\notim 5\nremove"}, start},
-        {analyze, {"exit", "e2e4\ne7e5\nundo\nundo\nundo\nexit", "e2e4\ne7e5\nnew\nexit"}, start},
-        {analyze, {"nopost\nhard\nsd 3\nexit"}, start},
-        {analyze, {"e2e4\nexit", "e2e4", "e2e4\ne2e4\nexit"}, moved},
+        {ponder,
+         {"new", "remove", "?\nremove", "result 1-0\nremove", "easy\nremove", "time 5\notim 5\nremove"},
+         start},
+        {analyze, {"e2e4\ne7e5\nundo\nundo\nundo\nexit", "e2e4\nnew\nexit", "hard\nsd 3\nexit"}, start},
+        {analyze, {"e2e4", "e2e4\ne2e4\nexit"}, moved},
         {search, {"new", "undo\nforce", "result 1-0 {test}\nundo"}, start},
-        {search, {"force", "result *"}, moved},
+        {search, {"force"}, moved},
     };
     for (const auto& [before, lines, board] : rows) {
         for (const std::string& line : lines) {
@@ -82,25 +71,15 @@ TEST(PonderTest, LinesEndWhatRunsAndAreInterpreted) {
 }
 
 TEST(PonderTest, IsSwitchedOnAndOff) {
-    const struct {
-        const char *Settings, *Lines;
-        bool Ponders;
-    } rows[] = {
-        {"Pondering = on", "easy\n", false},
-        {"Pondering = on", "easy\nhard\n", true},
-        {"Pondering = off", "hard\n", false},
-        {"Pondering = on", "uci\n", false},
-    };
-    for (const auto& [settings, lines, ponders] : rows) {
-        Session engine(settings);
-        engine.Send(std::string(lines) + "sd 3\ne2e4");
-        engine.ReadUntil(std::string(lines) == "uci\n" ? "bestmove " : "move ");
-        if (ponders) {
-            engine.ReadUntil("Hint: ");
-        } else {
-            EXPECT_TRUE(engine.Ask("").empty()) << settings << " " << lines;
-        }
+    for (const std::string line : {"easy", "uci", "hard"}) {
+        Session engine(line == "hard" ? "Pondering = off" : "");
+        engine.Send(line + "\nsd 3\ne2e4");
+        engine.ReadUntil(line == "uci" ? "bestmove " : "move ");
+        EXPECT_TRUE(engine.Ask("").empty()) << line;
     }
+    Session engine;
+    engine.Send("easy\nhard\nsd 3\ne2e4");
+    engine.ReadUntil("Hint: ");
 }
 
 // Where there is nothing to search the mode waits for its lines.

@@ -51,49 +51,45 @@ TEST(StartUpTest, PrintsBannerMissingFilesAndSettings) {
 }
 
 TEST(StartUpTest, ReadsTheSettingsFile) {
-    const auto at = [](int line) { return "Kestrovan.ini(" + std::to_string(line) + ") WARNING: "; };
-    const std::string toDefault = " setting in Kestrovan.ini; set to default\n";
-    const std::string tropismWarning = "Incorrect TROPISM setting; set to 300\n";
-    const std::string hashWarning = at(1) + "Incorrect hash size" + toDefault;
-    const std::string pawnWarning = at(1) + "Incorrect pawn hash size" + toDefault;
+    const auto warning = [](int line, const std::string& text) {
+        return "Kestrovan.ini(" + std::to_string(line) + ") WARNING: " + text + "\n";
+    };
+    const std::string toDefault = " setting in Kestrovan.ini; set to default";
+    const std::string tropismWarning = "Incorrect TROPISM setting; set to 300";
     const struct {
         std::string Settings, Messages;
         std::vector<std::string> Lines;  // of the report that differ
     } rows[] = {
-        {"TranspositionSizeMb = 1024", "", {"Transposition size is 53687091 entries (1073741820 bytes)"}},
-        {"TranspositionSizeMb = 0", "", {"Transposition size is 0 entries (0 bytes)"}},
-        {"TranspositionSizeMb = 1025", hashWarning, {}},
+        {"TranspositionSizeMb = 1024\nPawnHashSizeMb = 1\nEGTBHashSizeMb = 128\nResignValue = -7\n"
+         "ResignTimes = 12\nLearning = o\nUseBookWeights = of\nBookLearningMode = Discover",
+         "",
+         {"Transposition size is 53687091 entries (1073741820 bytes)",
+          "Pawn hash size is 43690 entries (1048560 bytes)", "EGTBHashSize = 134217728 bytes",
+          "ResignValue = -7", "ResignTimes = 12", "UseLearning = on", "UseBookWeights = off",
+          "BookLearningMode = DISCOVER"}},
+        {"TranspositionSizeMb = 1025\nPawnHashSize = 11\nEGTBCacheSize = 28\nAggressivity = -1\n"
+         "VarietyOfPlay = 101\nPondering = maybe",
+         warning(1, "Incorrect hash size" + toDefault) + warning(2, "Incorrect pawn hash size" + toDefault) +
+             warning(3, "Incorrect EGTB cache size" + toDefault) +
+             warning(4, "Incorrect AGGRESSIVITY setting; set to 0") +
+             warning(5, "Incorrect VarietyOfPlay setting; set to 100") +
+             warning(6, "Token unknown \"maybe\""),
+         {"Pawn hash size is 524288 entries (12582912 bytes)", "Aggressivity = 0 (0)%",
+          "VarietyOfPlay = 100"}},
         {"TranspositionSize = 20", "", {"Transposition size is 1048576 entries (20971520 bytes)"}},
-        {"TranspositionSize = 26", hashWarning, {}},
-        {"PawnHashSizeMb = 1", "", {"Pawn hash size is 43690 entries (1048560 bytes)"}},
-        {"PawnHashSize = 12", "", {"Pawn hash size is 4096 entries (98304 bytes)"}},
-        {"PawnHashSize = 11", pawnWarning, {"Pawn hash size is 524288 entries (12582912 bytes)"}},
-        {"EGTBHashSizeMb = 128", "", {"EGTBHashSize = 134217728 bytes"}},
-        {"EGTBCacheSize = 28", at(1) + "Incorrect EGTB cache size" + toDefault, {}},
-        {"Aggressivity = -1",
-         at(1) + "Incorrect AGGRESSIVITY setting; set to 0\n",
-         {"Aggressivity = 0 (0)%"}},
-        {"Cowardice = 33", "", {"Cowardice = 33 (16)%"}},
-        {"Tropism = 4000000000", at(1) + tropismWarning, {"Tropism = 300 (600)%"}},
-        {"VarietyOfPlay = 101",
-         at(1) + "Incorrect VarietyOfPlay setting; set to 100\n",
-         {"VarietyOfPlay = 100"}},
-        {"ResignValue = -7\nResignTimes = 12", "", {"ResignValue = -7", "ResignTimes = 12"}},
-        {"Pondering = maybe", at(1) + "Token unknown \"maybe\"\n", {}},
-        {"Learning = o\nUseBookWeights = of", "", {"UseLearning = on", "UseBookWeights = off"}},
-        {"BookLearningMode = Discover", "", {"BookLearningMode = DISCOVER"}},
         {"; Tropism = 1\n\n\t Tropism = 2\nUnknown = 3\nTropism\n", "", {}},
-        {"   tROPISM,\"30\"", "", {"Tropism = 30 (60)%"}},
-        {"TropismAndMore 31\r\n", "", {"Tropism = 31 (62)%"}},
-        {"EGTBPath = /a\t/b", "", {"EGTB path = \"/a\""}},
-        {"EGTBPath = /srv/tables, more = 1 \n", "", {"EGTB path = \"/srv/tables, more = 1 \""}},
+        {"   tROPISM,\"30\"\nCowardiceAndMore 31\r\nEGTBPath = /srv/tables, more = 1 \t/b",
+         "",
+         {"Tropism = 30 (60)%", "Cowardice = 31 (15)%", "EGTB path = \"/srv/tables, more = 1 \""}},
         // Without the book that is named, the default one is tried.
         {"OpeningsBook = my book.kvb", "Error opening \"my book.kvb\"!\n", {}},
         // A line end behind the last line has it applied once more, under the next number.
-        {"\nTropism = 400\n", at(2) + tropismWarning + at(3) + tropismWarning, {"Tropism = 300 (600)%"}},
+        {"\nTropism = 4000000000\n",
+         warning(2, tropismWarning) + warning(3, tropismWarning),
+         {"Tropism = 300 (600)%"}},
         // 249 bytes are a line, whatever follows.
         {";" + std::string(248, 'x') + "Cowardice = 7\nTropism = 400",
-         at(3) + tropismWarning,
+         warning(3, tropismWarning),
          {"Tropism = 300 (600)%", "Cowardice = 7 (3)%"}},
     };
     for (const auto& [settings, messages, lines] : rows) {
