@@ -63,11 +63,6 @@ Bitboard LineAttacks(int square, int step) {
 
 }  // namespace
 
-Bitboard RayAttacks(int square, int step) {
-    const Bitboard halfRay = HalfRays[DirectionIndex(step)][square];
-    return LineAttacks(square, step) & halfRay;
-}
-
 Bitboard XrayRay(int target, int square) {
     const int step = Direction[target * 64 + square];
     const Bitboard sliders = HalfRays[DirectionIndex(step)][square] &

@@ -14,10 +14,6 @@ Bitboard AttackersOf(int side, int square);
 // the empty set.
 Bitboard AttacksFrom(int square, int side, unsigned piece);
 
-// The squares from `square` along one of SquareSteps up to and including the first occupied one. Any other
-// step is a programming error and aborts.
-Bitboard RayAttacks(int square, int step);
-
 // The sliders of both sides that stand behind `square` as seen from `target` and bear on it along that line,
 // or the empty set. There must be a line; the men on it up to `square` don't matter.
 Bitboard XrayRay(int target, int square);

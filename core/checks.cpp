@@ -12,13 +12,12 @@
 
 namespace {
 
-// The opponent's king, what may uncover it, and the count so far.
+// The opponent's king, and what may uncover it.
 struct CheckSearch {
     int King;
-    int Wide;
+    int Selector;
     Bitboard Empty;
     Bitboard Discoverers;  // men that alone keep a slider of their own side from giving check
-    int Found = 0;
 };
 
 template <int side>
@@ -36,9 +35,8 @@ Bitboard FindDiscoverers(int king) {
 
 template <int side>
 void AppendCheck(CheckSearch& search, Move move, bool isDiscovered) {
-    ++search.Found;
-    if (search.Wide == 0 && !isDiscovered && !IsSafeMove(move)) return;
-    AppendMove(move, HistoryCounter(move, search.Wide, side));
+    if (!isDiscovered && !IsSafeMove(move)) return;
+    AppendMove(move, HistoryCounter(move, search.Selector, side));
 }
 
 template <int side, unsigned piece>
@@ -89,9 +87,10 @@ void AppendCastlingCheck(CheckSearch& search) {
 }
 
 template <int side>
-int GenerateQuietChecksOf(int wide) {
+int GenerateQuietChecksOf(int selector) {
     const int king = static_cast<int>(board.KingSquare[side ^ 1]);
-    CheckSearch search{king, wide, ~AllOccupied(), FindDiscoverers<side>(king)};
+    CheckSearch search{king, selector, ~AllOccupied(), FindDiscoverers<side>(king)};
+    const int start = MoveListTop;
     const Bitboard diagonal = DiagonalAttacks(king), straight = StraightAttacks(king);
     AppendCastlingCheck<side, 1>(search);
     AppendCastlingCheck<side, -1>(search);
@@ -101,12 +100,12 @@ int GenerateQuietChecksOf(int wide) {
     AppendPieceChecks<side, ROOK>(search, straight);
     AppendPieceChecks<side, QUEEN>(search, diagonal | straight);
     AppendPieceChecks<side, KING>(search, KingTargets[king]);
-    return search.Found;
+    return MoveListTop - start;
 }
 
 }  // namespace
 
-int GenerateQuietChecks(int wide) {
-    return board.SideToMove == WHITE ? GenerateQuietChecksOf<WHITE>(wide)
-                                     : GenerateQuietChecksOf<BLACK>(wide);
+int GenerateQuietChecks(int selector) {
+    return board.SideToMove == WHITE ? GenerateQuietChecksOf<WHITE>(selector)
+                                     : GenerateQuietChecksOf<BLACK>(selector);
 }

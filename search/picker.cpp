@@ -5,6 +5,7 @@
 #include "core/movegen.h"
 #include "core/movelist.h"
 #include "core/movetest.h"
+#include "eval/pawnsets.h"
 #include "search/plyinfo.h"
 
 MovePicker::MovePicker(const Node& node) : node_(node), start_(MoveListTop), next_(MoveListTop) {
@@ -49,8 +50,24 @@ MovePicker::Span MovePicker::Quiets() {
     if (quietsEnd_ < 0) {
         GenerateQuiet(node_.Selector);
         quietsEnd_ = MoveListTop;
+        RateQuiets(first);
     }
     return {first, quietsEnd_};
+}
+
+void MovePicker::RateQuiets(int first) {
+    constexpr int BONUS = 2000;  // about a cut-off at one ply of depth
+    const int us = board.SideToMove, them = ChangeSide(us);
+    const Bitboard pawns = board.Pieces[PAWN][them];
+    const Bitboard reach = them == WHITE ? PawnAttacksOf<WHITE>(pawns) : PawnAttacksOf<BLACK>(pawns);
+    Bitboard danger = reach;
+    if (!node_.Eval.IsLazy) danger |= node_.Eval.Attacked[them] & ~node_.Eval.Attacked[us];
+    for (int i = first; i < quietsEnd_; ++i) {
+        const Move move = MoveList[i].Move;
+        if (MovePiece(move) == PAWN) continue;
+        if ((danger & SquareBit(MoveFrom(move))) != 0) MoveList[i].Score += BONUS;
+        if ((reach & SquareBit(MoveTo(move))) != 0) MoveList[i].Score -= BONUS;
+    }
 }
 
 bool MovePicker::WasTried(Move move) const {

@@ -35,6 +35,10 @@ class MovePicker {
     bool WasTried(Move move) const;
     void FindKillers();
 
+    // Raises the scores of quiet moves that bring a piece out of danger, and lowers those of moves into the
+    // reach of a pawn.
+    void RateQuiets(int first);
+
     const Node& node_;
     int start_;
     int capturesEnd_ = -1;  // -1 while not generated

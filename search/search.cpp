@@ -21,6 +21,7 @@
 #include "search/polling.h"
 #include "search/prefetch.h"
 #include "search/prescan.h"
+#include "search/reduction.h"
 #include "search/root.h"
 #include "search/statistics.h"
 #include "search/transposition.h"
@@ -107,15 +108,6 @@ bool RaisesOptimism(const Node& node, const Candidate& candidate) {
 // Whether the move is one that a simple ending looks at less deeply, at whatever depth it is searched.
 bool IsSimplified(const Node& node, Move move) {
     return node.IsSimpleEnding && TakesNothing(move);
-}
-
-// What a move that comes late and says little for itself is searched less deeply at first. The counts were
-// found by games.
-int LateReduction(const Node& node, const Candidate& candidate, int moveCount) {
-    constexpr int EARLY_MOVES = 3, MIDDLE_MOVES = 12;
-    if (moveCount <= EARLY_MOVES || node.Type == 0 || node.Depth < 2 * PLY_DEPTH || node.IsInCheck) return 0;
-    if (candidate.GivesCheck || !IsQuiet(candidate.Move) || IsKillerScore(candidate.Score)) return 0;
-    return moveCount > MIDDLE_MOVES ? 2 * PLY_DEPTH : PLY_DEPTH;
 }
 
 // Whether the move is searched at its whole depth at once: captures that lose nothing, killers, and what
