@@ -198,6 +198,7 @@ int ScaleScore(int score, int factor) {
 
 void Evaluate(int* result) {
     // 1. The scratch record, what the men attack, and what their number decides.
+    PrefetchPawnHash(board.PawnHashKey);
     eval_info = EvalInfo{};
     eval_info.margin = INITIAL_MARGIN;
     SetEndingFlags();

@@ -45,3 +45,7 @@ bool HasPawnHash() {
 PawnEntry& PawnHashSlot(uint64_t key) {
     return PawnTable[static_cast<uint32_t>(key) % static_cast<uint32_t>(PawnHashEntries)];
 }
+
+void PrefetchPawnHash(uint64_t key) {
+    if (HasPawnHash()) __builtin_prefetch(&PawnHashSlot(key));
+}

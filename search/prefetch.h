@@ -5,11 +5,6 @@
 #include "search/evalcache.h"
 #include "search/transposition.h"
 
-// Begins to fetch the table's entry of the position after a pseudo-legal move.
-inline void PrefetchHashAfter(Move move) {
-    PrefetchHash(PositionKeyAfter(move, HashKeyAfter(move)), ChangeSide(board.SideToMove));
-}
-
 // Begins to fetch what the node after a pseudo-legal move will ask the tables for. Worth while before the
 // move is made: that takes about as long as memory does.
 inline void PrefetchNode(Move move) {

@@ -8,7 +8,6 @@
 #include "search/draws.h"
 #include "search/ordering.h"
 #include "search/plyinfo.h"
-#include "search/prefetch.h"
 #include "search/scores.h"
 #include "search/statistics.h"
 #include "search/transposition.h"
@@ -28,18 +27,22 @@ bool IsMate(Move move) {
     return isMate;
 }
 
-// Whether the position after a pseudo-legal move ends the node, by its keys alone wherever possible.
-bool IsGoodEnough(const Node& node, Move move, Kind kind, int* score) {
-    const uint64_t hashKey = HashKeyAfter(move);
+uint64_t KeyAfter(Move move) {
+    return PositionKeyAfter(move, HashKeyAfter(move));
+}
+
+// Whether the position after a pseudo-legal move, whose key is given, ends the node: by the key alone
+// wherever possible.
+bool IsGoodEnough(const Node& node, Move move, uint64_t key, Kind kind, int* score) {
     const int draw = DrawScoreToMove();
     // A draw that is no more than alpha must not hide what is better.
-    if (kind != CAPTURE && draw >= node.Beta && IsDrawAfter(move, hashKey)) {
+    if (kind != CAPTURE && draw >= node.Beta && IsDrawAfter(move, HashKeyAfter(move))) {
         *score = draw;
         return true;
     }
     *score = MATE - 1 - Ply;
     if (node.Depth > DEEP && *score >= node.Beta && GivesCheck(move) && IsMate(move)) return true;
-    const HashEntry* entry = HashProbe(PositionKeyAfter(move, hashKey), ChangeSide(board.SideToMove));
+    const HashEntry* entry = HashProbe(key, ChangeSide(board.SideToMove));
     if (entry == nullptr || entry->Depth < node.Depth - PLY_DEPTH || !(HashBound(*entry) & BOUND_UPPER))
         return false;
     *score = -HashScoreAt(*entry, Ply + 1);
@@ -47,8 +50,8 @@ bool IsGoodEnough(const Node& node, Move move, Kind kind, int* score) {
 }
 
 // Whether the pseudo-legal move ends the node. Few do, so legality comes last.
-bool IsCutOff(const Node& node, Move move, Kind kind, int* score) {
-    return IsGoodEnough(node, move, kind, score) && IsLegalCandidate(node, move);
+bool IsCutOff(const Node& node, Move move, uint64_t key, Kind kind, int* score) {
+    return IsGoodEnough(node, move, key, kind, score) && IsLegalCandidate(node, move);
 }
 
 // Whether quiet moves are worth looking at. After one that leads into the quiescence search the table rarely
@@ -59,21 +62,34 @@ bool WantsQuiets(const Node& node) {
 }
 
 bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
+    const auto test = [&](Move candidate, uint64_t key, Kind kind) {
+        *move = candidate;
+        return IsCutOff(node, candidate, key, kind, score);
+    };
+    // The table's entries are on their way a few moves ahead of the one that is looked at.
     const auto scan = [&](MovePicker::Span span, Kind kind) {
-        for (int i = span.First; i < span.End; ++i) PrefetchHashAfter(MoveList[i].Move);
-        for (int i = span.First; i < span.End; ++i) {
-            *move = MoveList[i].Move;
-            if (*move == node.HashMove || *move == picker.Killer(0) || *move == picker.Killer(1)) continue;
-            if (IsCutOff(node, *move, kind, score)) return true;
+        constexpr int AHEAD = 8;
+        uint64_t keys[AHEAD];
+        for (int next = span.First; next < span.End + AHEAD; ++next) {
+            uint64_t& key = keys[next % AHEAD];
+            if (const int i = next - AHEAD; i >= span.First) {
+                const Move candidate = MoveList[i].Move;
+                const bool wasTested = candidate == node.HashMove || candidate == picker.Killer(0) ||
+                                       candidate == picker.Killer(1);
+                if (!wasTested && test(candidate, key, kind)) return true;
+            }
+            if (next >= span.End) continue;
+            key = KeyAfter(MoveList[next].Move);
+            PrefetchHash(key, ChangeSide(board.SideToMove));
         }
         return false;
     };
-    if (*move = node.HashMove; *move != NO_MOVE && IsCutOff(node, *move, TABLE_MOVE, score)) return true;
+    if (node.HashMove != NO_MOVE && test(node.HashMove, KeyAfter(node.HashMove), TABLE_MOVE)) return true;
     if (node.IsInCheck) return scan(picker.Evasions(), QUIET);
     if (scan(picker.Captures(), CAPTURE)) return true;
     for (const int i : {0, 1}) {
-        *move = picker.Killer(i);
-        if (*move != NO_MOVE && IsCutOff(node, *move, QUIET, score)) return true;
+        const Move killer = picker.Killer(i);
+        if (killer != NO_MOVE && test(killer, KeyAfter(killer), QUIET)) return true;
     }
     return WantsQuiets(node) && scan(picker.Quiets(), QUIET);
 }

@@ -139,6 +139,15 @@ int SearchMove(const Node& node, const Candidate& candidate, int change, int alt
     return SearchChild(node.Alpha, node.Beta, wholeDepth, node.Type);
 }
 
+// Whether a quiet move before the quiescence search is futile; its likely score then stands for it.
+bool IsHopeless(const Node& node, Move move, int* best) {
+    const int gain = EstimateGain(move, false);
+    if (!IsFutile(gain, node.Alpha, node.Eval)) return false;
+    Count(STAT_FUTILE);
+    *best = std::max(*best, std::min(node.Alpha, node.Eval.Score + gain));
+    return true;
+}
+
 void CheckBoard() {
     assert(Nodes % BOARD_CHECK_INTERVAL != 0 || IsBoardExact());
 }
@@ -192,23 +201,18 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
         PrefetchNode(move);
         candidate.IsFirst = moveCount++ == 0;
         candidate.GivesCheck = GivesCheck(move);
+        const bool mayPrune = nodeType != 0 && !node.IsInCheck && !candidate.GivesCheck && TakesNothing(move);
+        // A ply above the quiescence search nothing extends such a move past it.
+        if (mayPrune && depth < 2 * PLY_DEPTH && IsHopeless(node, move, &best)) continue;
         int alternative = 0;
         int change = ComputeExtension(node, candidate, &alternative);
-        const bool isQuiet = TakesNothing(move);
         if (IsSimplified(node, move)) {
             change -= SIMPLE_ENDING_REDUCTION;
             alternative -= SIMPLE_ENDING_REDUCTION;
         }
         alternative -= LateReduction(node, candidate, moveCount);
-        const bool mayPrune = nodeType != 0 && !node.IsInCheck && isQuiet && !candidate.GivesCheck;
-        if (mayPrune && node.Depth - PLY_DEPTH + alternative < PLY_DEPTH) {
-            const int gain = EstimateGain(move, false);
-            if (IsFutile(gain, node.Alpha, node.Eval)) {
-                Count(STAT_FUTILE);
-                best = std::max(best, std::min(node.Alpha, node.Eval.Score + gain));
-                continue;
-            }
-        }
+        const bool isLast = node.Depth - PLY_DEPTH + alternative < PLY_DEPTH;
+        if (mayPrune && depth >= 2 * PLY_DEPTH && isLast && IsHopeless(node, move, &best)) continue;
         record.GivesCheck = candidate.GivesCheck;
         MakeMove(move, 1);
         PlyInfo[++Ply].InCheck = candidate.GivesCheck;
