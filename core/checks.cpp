@@ -34,13 +34,13 @@ Bitboard FindDiscoverers(int king) {
 }
 
 template <int side>
-void AppendCheck(CheckSearch& search, Move move, bool isDiscovered) {
+void AppendCheck(const CheckSearch& search, Move move, bool isDiscovered) {
     if (!isDiscovered && !IsSafeMove(move)) return;
     AppendMove(move, HistoryCounter(move, search.Selector, side));
 }
 
 template <int side, unsigned piece>
-void AppendPieceChecks(CheckSearch& search, Bitboard direct) {
+void AppendPieceChecks(const CheckSearch& search, Bitboard direct) {
     Bitboard men = board.Pieces[piece][side];
     // Without a square to check from only discoverers matter.
     if ((direct & search.Empty) == 0) men &= search.Discoverers;
@@ -60,7 +60,7 @@ void AppendPieceChecks(CheckSearch& search, Bitboard direct) {
 }
 
 template <int side>
-void AppendPawnChecks(CheckSearch& search) {
+void AppendPawnChecks(const CheckSearch& search) {
     const Bitboard pawns = board.Pieces[PAWN][side] & ~RelativeRankBits(side, 6);
     // A pawn before the king on its file stays there.
     const Bitboard discoverers = search.Discoverers & ~FileBits(FileOf(search.King));
@@ -81,7 +81,7 @@ void AppendPawnChecks(CheckSearch& search) {
 }
 
 template <int side, int step>
-void AppendCastlingCheck(CheckSearch& search) {
+void AppendCastlingCheck(const CheckSearch& search) {
     constexpr Move MOVE = BuildMove(KingHome(side), KingHome(side) + 2 * step, KING);
     if (IsCastlingOpen<side, step>() && GivesCheck(MOVE)) AppendCheck<side>(search, MOVE, false);
 }
@@ -89,7 +89,7 @@ void AppendCastlingCheck(CheckSearch& search) {
 template <int side>
 int GenerateQuietChecksOf(int selector) {
     const int king = static_cast<int>(board.KingSquare[side ^ 1]);
-    CheckSearch search{king, selector, ~AllOccupied(), FindDiscoverers<side>(king)};
+    const CheckSearch search{king, selector, ~AllOccupied(), FindDiscoverers<side>(king)};
     const int start = MoveListTop;
     const Bitboard diagonal = DiagonalAttacks(king), straight = StraightAttacks(king);
     AppendCastlingCheck<side, 1>(search);

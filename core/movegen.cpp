@@ -116,52 +116,52 @@ void GeneratePromotionsTo() {
 }
 
 template <int side>
-void AppendQuiet(int from, int to, unsigned piece, int table) {
+void AppendQuiet(int from, int to, unsigned piece, int selector) {
     const Move move = BuildMove(from, to, piece);
-    AppendMove(move, HistoryCounter(move, table, side));
+    AppendMove(move, HistoryCounter(move, selector, side));
 }
 
 template <int side>
-void GenerateCastling(int table) {
+void GenerateCastling(int selector) {
     constexpr int HOME = KingHome(side);
-    if (IsCastlingOpen<side, 1>()) AppendQuiet<side>(HOME, HOME + 2, KING, table);
-    if (IsCastlingOpen<side, -1>()) AppendQuiet<side>(HOME, HOME - 2, KING, table);
+    if (IsCastlingOpen<side, 1>()) AppendQuiet<side>(HOME, HOME + 2, KING, selector);
+    if (IsCastlingOpen<side, -1>()) AppendQuiet<side>(HOME, HOME - 2, KING, selector);
 }
 
 template <int side, unsigned piece>
-void GeneratePieceQuiet(Bitboard empty, int table) {
+void GeneratePieceQuiet(Bitboard empty, int selector) {
     for (Bitboard men = board.Pieces[piece][side]; men != 0;) {
         const int from = PopLowest(men);
         for (Bitboard set = PieceTargets<side, piece>(from) & empty; set != 0;) {
-            AppendQuiet<side>(from, PopLowest(set), piece, table);
+            AppendQuiet<side>(from, PopLowest(set), piece, selector);
         }
     }
 }
 
 template <int side>
-void GeneratePawnQuiet(Bitboard empty, int table) {
+void GeneratePawnQuiet(Bitboard empty, int selector) {
     constexpr int STEP = PawnStep(side);
     Bitboard pawns = board.Pieces[PAWN][side] & ~RelativeRankBits(side, 6) & ShiftAhead<side ^ 1>(empty);
     while (pawns != 0) {
         const int from = PopPawn<side>(pawns);
-        AppendQuiet<side>(from, from + STEP, PAWN, table);
+        AppendQuiet<side>(from, from + STEP, PAWN, selector);
         const bool isAtHome = (SquareBit(from) & RelativeRankBits(side, 1)) != 0;
         if (isAtHome && (empty & SquareBit(from + 2 * STEP))) {
-            AppendQuiet<side>(from, from + 2 * STEP, PAWN, table);
+            AppendQuiet<side>(from, from + 2 * STEP, PAWN, selector);
         }
     }
 }
 
 template <int side>
-void GenerateQuietOf(int table) {
+void GenerateQuietOf(int selector) {
     const Bitboard empty = ~AllOccupied();
-    GenerateCastling<side>(table);
-    GeneratePieceQuiet<side, KNIGHT>(empty, table);
-    GeneratePieceQuiet<side, BISHOP>(empty, table);
-    GeneratePawnQuiet<side>(empty, table);
-    GeneratePieceQuiet<side, ROOK>(empty, table);
-    GeneratePieceQuiet<side, QUEEN>(empty, table);
-    GeneratePieceQuiet<side, KING>(empty, table);
+    GenerateCastling<side>(selector);
+    GeneratePieceQuiet<side, KNIGHT>(empty, selector);
+    GeneratePieceQuiet<side, BISHOP>(empty, selector);
+    GeneratePawnQuiet<side>(empty, selector);
+    GeneratePieceQuiet<side, ROOK>(empty, selector);
+    GeneratePieceQuiet<side, QUEEN>(empty, selector);
+    GeneratePieceQuiet<side, KING>(empty, selector);
 }
 
 }  // namespace
@@ -184,8 +184,8 @@ void GenerateQueenKnightPromotions() {
                               : GeneratePromotionsTo<BLACK, QUEEN, KNIGHT>();
 }
 
-void GenerateQuiet(int table) {
-    board.SideToMove == WHITE ? GenerateQuietOf<WHITE>(table) : GenerateQuietOf<BLACK>(table);
+void GenerateQuiet(int selector) {
+    board.SideToMove == WHITE ? GenerateQuietOf<WHITE>(selector) : GenerateQuietOf<BLACK>(selector);
 }
 
 void GenerateAllStages() {

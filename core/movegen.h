@@ -23,10 +23,10 @@ void GeneratePromotions();
 // The same pawns, to queen and knight only.
 void GenerateQueenKnightPromotions();
 
-// Castling, then moves that neither capture nor promote; the score is the history counter of set `table`
+// Castling, then moves that neither capture nor promote; the score is the history counter of set `selector`
 // (0 or 1). The king's own square is deliberately not tested for castling: a side in check gets
 // GenerateEvasions instead.
-void GenerateQuiet(int table);
+void GenerateQuiet(int selector);
 
 // The three stages in order, for callers that want every pseudo-legal move of a side that is not in check.
 void GenerateAllStages();

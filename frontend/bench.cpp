@@ -17,6 +17,7 @@
 #include "platform/platform.h"
 #include "search/draws.h"
 #include "search/modes.h"
+#include "search/multipv.h"
 #include "search/ordering.h"
 #include "search/root.h"
 #include "search/search.h"
@@ -42,7 +43,7 @@ const FixedSetting FixedSettings[] = {
     {&EngineTime, NO_CLOCK},  {&MoveTime, 0},
     {&MaxDepth, BENCH_DEPTH}, {&NodeLimit, 0},
     {&MateSearch, 0},         {&SearchMovesCount, 0},
-    {&DrawScore, 0},
+    {&DrawScore, 0},          {&MultiPvCount, 1},
 };
 
 // Gives the settings their fixed values while it lives. One that input has changed meanwhile, as "time" may,
@@ -107,7 +108,6 @@ void ForgetSearches() {
     ClearHashTables();
     ClearOrdering();
     ClearCheckReplies();
-    ClearRecaptureStatistics();
     ResetRootMemory();
 }
 

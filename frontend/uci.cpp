@@ -138,6 +138,12 @@ void ReadMoveTime(int token) {
     MoveTime = std::max(1, ReadTime(token));
 }
 
+// A mate in more moves than the deepest iteration has plies is no other question.
+void ReadMate(int token) {
+    ReadInto<MateSearch>(token);
+    MateSearch = std::clamp(MateSearch, 0, DEEPEST_ITERATION);
+}
+
 struct GoRow {
     const char* Keyword;
     void (*Read)(int token);  // the token that holds the value
@@ -146,7 +152,7 @@ struct GoRow {
 const GoRow GoTable[] = {
     {"btime", ReadClock<BLACK>},    {"wtime", ReadClock<WHITE>},        {"binc", ReadIncrement<BLACK>},
     {"winc", ReadIncrement<WHITE>}, {"movestogo", ReadInto<MovesToGo>}, {"depth", ReadInto<MaxDepth>},
-    {"nodes", ReadInto<NodeLimit>}, {"movetime", ReadMoveTime},         {"mate", ReadInto<MateSearch>},
+    {"nodes", ReadInto<NodeLimit>}, {"movetime", ReadMoveTime},         {"mate", ReadMate},
 };
 
 // Adds the tokens from `first` on that have the shape of a move; the root list keeps the legal ones.

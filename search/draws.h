@@ -18,8 +18,7 @@ bool IsRepetition();
 bool HasManyPieces();
 
 // The draws of endings with few pieces: by material that mates nobody, and bounds for a side that can't win.
-// True, with the node's score, when one of them ends a node with these bounds. `isInCheck` is of the side to
-// move.
+// True, with the node's score, when one of them ends a node with these bounds.
 bool IsEndgameDraw(int alpha, int beta, int* score);
 
 // Whether an ending of few pieces is so simple that quiet moves need not be looked at deeply.

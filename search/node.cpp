@@ -3,9 +3,9 @@
 #include "core/legal.h"
 #include "core/movetest.h"
 
-bool IsLegalCandidate(const Node& node, Move move) {
+bool IsLegalCandidate(Move move, bool isInCheck) {
     // Replies to a check are legal as they come, but for an en-passant capture that opens a line.
-    if (node.IsInCheck) return !IsEnPassant(move) || LeavesKingSafe(move);
+    if (isInCheck) return !IsEnPassant(move) || LeavesKingSafe(move);
     return KeepsKingSafe(move);
 }
 

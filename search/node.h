@@ -20,8 +20,8 @@ struct Node {
     NodeEvaluation Eval = {};        // nothing in check
 };
 
-// Whether a pseudo-legal move, or a generated reply to a check, may be played at the node.
-bool IsLegalCandidate(const Node& node, Move move);
+// Whether a pseudo-legal move or, in check, a generated reply may be played.
+bool IsLegalCandidate(Move move, bool isInCheck);
 
 // A move that comes from a table, once it has proved playable in the position on the board, else 0. Outside
 // of check it may still leave the own king attacked.

@@ -16,6 +16,7 @@ struct NodeEvaluation {
 // node's score. True, and the score, when that reaches beta.
 bool CutsOffByMaterial(int beta, int* score);
 
-// Evaluates the position on the board, whose side to move is not in check: by its material outside of the
-// window, else in full. Scores and the side terms fade as the fifty-move counter grows.
+// Evaluates the position on the board, whose side to move is in check only where a line is cut short: by its
+// material outside of the window, else in full. Scores and the side terms fade as the fifty-move counter
+// grows.
 void EvaluateNode(NodeEvaluation* evaluation);

@@ -23,7 +23,7 @@ int VictimValue(unsigned piece) {
 
 // Whether an attack, were its side on move, is reason enough not to pass: a dear man hits a cheap one by more
 // than there is to spare (it will not have gone there for that alone), or it wins the man.
-bool IsThreat(int square, int from, unsigned piece, int surplus) {
+bool IsReasonNotToPass(int square, int from, unsigned piece, int surplus) {
     const unsigned victim = board.PieceOn[square];
     if (PieceValue[piece] - VictimValue(victim) > surplus) return true;
     return CaptureIsSafe(square, from, piece, victim, EMPTY);
@@ -37,7 +37,7 @@ bool HasThreat(Bitboard targets, int surplus) {
         for (Bitboard men = board.Pieces[piece][us]; men != 0;) {
             const int from = PopLowest(men);
             for (Bitboard set = AttacksFrom(from, us, piece) & targets; set != 0;) {
-                if (IsThreat(PopLowest(set), from, piece, surplus)) return true;
+                if (IsReasonNotToPass(PopLowest(set), from, piece, surplus)) return true;
             }
         }
     }
@@ -83,7 +83,7 @@ int TryNull(Node& node) {
     Count(STAT_NULL_TRIES);
     const int fullDepth = FullNullDepth(node.Depth), mated = Ply + 2 - MATE;
     int score = 0;
-    PrefetchHash(PositionKey(), ChangeSide(board.SideToMove));
+    PrefetchHash(board.HashKey ^ CastleKeys[board.CastlingFlags], ChangeSide(board.SideToMove));
     MakeNullMove();
     PlyInfo[Ply].Flags = PlyInfo[Ply].GivesCheck = 0;
     PlyInfo[++Ply].InCheck = 0;

@@ -18,7 +18,7 @@ bool (*LearnedProber)(int* depth, int* score) = nullptr;
 namespace {
 
 constexpr int TABLEBASE_DEPTH = 11820;
-constexpr int SHORTEST_MATE = 32401;  // the longest mates of the tables are below it in magnitude
+constexpr int LOWEST_MATE = 32401;  // what the tables say of a mate is at least this in magnitude
 
 uint32_t CountPieces(int side) {
     return board.MinorCount[side] + board.PieceNumber[ROOK][side] + board.PieceNumber[QUEEN][side];
@@ -56,9 +56,9 @@ bool ProbeTablebases(const Node& node, int* score) {
     if (!isForced && (IsUnderPromotion(LastMove()) || IsObvious())) return false;
     if (!TablebaseProber(score)) return false;
     ++TablebaseHits;
-    if (*score >= SHORTEST_MATE) {
+    if (*score >= LOWEST_MATE) {
         *score += 1 - Ply;
-    } else if (*score <= -SHORTEST_MATE) {
+    } else if (*score <= -LOWEST_MATE) {
         *score += Ply;
     } else if (*score == 0) {
         *score = DrawScoreToMove();

@@ -21,7 +21,7 @@ enum PlyFlag : int {
 };
 
 struct PlyRecord {
-    Move BestMove;    // what the node at this ply returns as best, 0 for none
+    Move BestMove;    // what the node at this ply returns as best, as the table has it, 0 for none
     int InCheck;      // the side to move at this ply is in check; set by the parent
     int GivesCheck;   // the move being searched from this ply gives check
     int Flags;        // PlyFlag bits

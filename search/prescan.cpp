@@ -51,7 +51,7 @@ bool IsGoodEnough(const Node& node, Move move, uint64_t key, Kind kind, int* sco
 
 // Whether the pseudo-legal move ends the node. Few do, so legality comes last.
 bool IsCutOff(const Node& node, Move move, uint64_t key, Kind kind, int* score) {
-    return IsGoodEnough(node, move, key, kind, score) && IsLegalCandidate(node, move);
+    return IsGoodEnough(node, move, key, kind, score) && IsLegalCandidate(move, node.IsInCheck);
 }
 
 // Whether quiet moves are worth looking at. After one that leads into the quiescence search the table rarely

@@ -192,9 +192,7 @@ bool SearchForcing(QuietNode& node, int start, Move& bestMove) {
         SelectBestMove(i, end);
         const auto [move, order] = MoveList[i];
         if (move == node.HashMove) continue;
-        const bool isLegal =
-            node.IsInCheck ? !IsEnPassant(move) || LeavesKingSafe(move) : KeepsKingSafe(move);
-        if (!isLegal) continue;
+        if (!IsLegalCandidate(move, node.IsInCheck)) continue;
         PrefetchNode(move);
         const bool givesCheck = GivesCheck(move);
         if (!node.IsInCheck && !givesCheck && node.Type != 0 && IsFutileCapture(node, move, order)) {

@@ -4,6 +4,7 @@
 #include "core/movescore.h"
 #include "search/picker.h"
 #include "search/scores.h"
+#include "search/timecontrol.h"
 
 namespace {
 
@@ -20,8 +21,10 @@ bool HasHistory(Move move) {
 
 int LateReduction(const Node& node, const Candidate& candidate, int moveCount) {
     const Move move = candidate.Move;
+    // The window of a mate search is all the saving that it needs.
+    if (MateSearch > 0) return 0;
     if (moveCount <= EARLY_MOVES || node.Type == 0 || node.Depth < 2 * PLY_DEPTH || node.IsInCheck) return 0;
-    if (candidate.GivesCheck || !IsQuiet(move) || IsKillerScore(candidate.Score)) return 0;
+    if (candidate.GivesCheck || !TakesNothing(move) || IsKillerScore(candidate.Score)) return 0;
     if (moveCount > LATE_MOVES || (moveCount > DOUBTFUL_MOVES && !HasHistory(move))) return 3 * PLY_DEPTH;
     return moveCount > MIDDLE_MOVES ? 2 * PLY_DEPTH : PLY_DEPTH;
 }

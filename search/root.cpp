@@ -136,7 +136,8 @@ void ResetSearch() {
 }
 
 // The iterations after which a mate in `moves` counts as disproved. The mate takes 2 * moves - 1 plies, but a
-// late move costs two plies of depth, a bad capture three and a quiet move of a simple ending four: an
+// move that isn't the first costs two plies of depth, one that seems to lose material three and a quiet move
+// of a simple ending two more: an
 // ordinary mate is found by 4 * moves iterations, and a mixture of the dearer moves some later. They are
 // cheap: the window of the mate ends every line that lasts longer than it.
 int CountMateIterations(int moves) {

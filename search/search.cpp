@@ -24,6 +24,7 @@
 #include "search/reduction.h"
 #include "search/root.h"
 #include "search/statistics.h"
+#include "search/timecontrol.h"
 #include "search/transposition.h"
 
 int64_t Nodes = 0;
@@ -110,7 +111,8 @@ bool IsSimplified(const Node& node, Move move) {
     return node.IsSimpleEnding && TakesNothing(move);
 }
 
-// Whether the move is searched at its whole depth at once: captures that lose nothing, killers, and what
+// Whether the move is searched at its whole depth at once: captures that lose nothing
+// or, in check, have proved good, the table's move, killers, and what
 // speaks against the enemy king.
 bool DeservesWholeDepth(const Node& node, const Candidate& candidate) {
     return candidate.Score >= SAFE_CAPTURE_SCORE || IsKillerScore(candidate.Score) ||
@@ -126,7 +128,8 @@ int SearchMove(const Node& node, const Candidate& candidate, int change, int alt
     if (candidate.IsFirst)
         return SearchChild(node.Alpha, node.Beta, node.Depth - PLY_DEPTH + change, -node.Type);
     int score = node.Alpha + 1;
-    if (alternative < 0 && !DeservesWholeDepth(node, candidate)) {
+    // Right before the quiescence search there is nothing to reduce.
+    if (alternative < 0 && wholeDepth >= PLY_DEPTH && !DeservesWholeDepth(node, candidate)) {
         Count(STAT_REDUCED);
         PlyInfo[Ply - 1].Flags |= FLAG_REDUCED;
         score = SearchChild(node.Alpha, node.Alpha + 1, node.Depth - PLY_DEPTH + alternative, childType);
@@ -139,7 +142,8 @@ int SearchMove(const Node& node, const Candidate& candidate, int change, int alt
     return SearchChild(node.Alpha, node.Beta, wholeDepth, node.Type);
 }
 
-// Whether a quiet move before the quiescence search is futile; its likely score then stands for it.
+// Whether a quiet move that would be followed by the quiescence search, if only at first, is futile; its
+// likely score then stands for it.
 bool IsHopeless(const Node& node, Move move, int* best) {
     const int gain = EstimateGain(move, false);
     if (!IsFutile(gain, node.Alpha, node.Eval)) return false;
@@ -197,11 +201,12 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     Candidate candidate{NO_MOVE, 0, true, false};
     while ((candidate.Move = picker.Next(&candidate.Score)) != NO_MOVE) {
         move = candidate.Move;
-        if (!IsLegalCandidate(node, move)) continue;
+        if (!IsLegalCandidate(move, node.IsInCheck)) continue;
         PrefetchNode(move);
         candidate.IsFirst = moveCount++ == 0;
         candidate.GivesCheck = GivesCheck(move);
-        const bool mayPrune = nodeType != 0 && !node.IsInCheck && !candidate.GivesCheck && TakesNothing(move);
+        const bool mayPrune = nodeType != 0 && MateSearch == 0 && !node.IsInCheck && !candidate.GivesCheck &&
+                              TakesNothing(move);
         // A ply above the quiescence search nothing extends such a move past it.
         if (mayPrune && depth < 2 * PLY_DEPTH && IsHopeless(node, move, &best)) continue;
         int alternative = 0;

@@ -142,5 +142,7 @@ void ClearHash() {
         std::fill_n(HashTable, static_cast<size_t>(HashEntries) + SPARE_ENTRIES,
                     HashEntry{EMPTY_KEY, 0, 0, 0, 0, 0});
     }
+    // The stamps of the recapture statistics are search numbers.
     SearchNumber = 0;
+    ClearRecaptureStatistics();
 }

@@ -37,7 +37,7 @@ TEST(BenchTest, CountsTheSameNodesWhateverCameBefore) {
     Session engine("TranspositionSizeMb = 3\nCowardice = 300\nPawnHashSizeMb = 0");
     engine.BestMove(
         "uci\nsetoption name Aggressivity value 300\nsetoption name Tropism value 0\nposition startpos moves "
-        "e2e4\ngo depth 5\ngo mate 1 nodes 1000 searchmoves e7e5 depth 2");
+        "e2e4\ngo depth 5\ngo mate 1 nodes 1000 searchmoves e7e5 depth 2\nsetoption name MultiPV value 3");
     engine.Send("bench");
     ExpectRecordedNodes(engine);
     engine.Send("xboard\nnew\nfritz\nsd 3\nst 1\nnopost\nsetoption name Hash value 0\ntime 5\nhard\ne2e4");
