@@ -48,6 +48,16 @@ extern Board board;
 // Non-pawn material by piece code, in pawn units.
 constexpr uint32_t PieceUnits[PIECE_CODES] = {0, 0, 3, 0, 0, 5, 3, 9};
 
+// Knights, bishops, rooks and queens of a side.
+inline uint32_t CountPieces(int side) {
+    return board.MinorCount[side] + board.PieceNumber[ROOK][side] + board.PieceNumber[QUEEN][side];
+}
+
+// Whether either side has a pawn.
+inline bool HasPawns() {
+    return (board.Pieces[PAWN][WHITE] | board.Pieces[PAWN][BLACK]) != 0;
+}
+
 // What a move leaves behind so that it can be taken back and repetitions can be seen.
 #pragma pack(push, 4)
 struct HistoryRecord {

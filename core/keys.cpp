@@ -63,11 +63,11 @@ uint64_t HashKeyAfter(Move move) {
     return key;
 }
 
-uint64_t PositionKeyAfter(Move move, uint64_t hashKey) {
+uint64_t PositionKeyAfter(Move move) {
     const unsigned piece = MovePiece(move);
     unsigned flags = board.CastlingFlags;
     if (piece == KING || piece == ROOK) flags &= CastleMask[static_cast<size_t>(MoveFrom(move))];
     if (MoveCaptured(move) == ROOK) flags &= CastleMask[static_cast<size_t>(MoveTo(move))];
-    hashKey ^= CastleKeys[flags];
-    return IsDoubleStep(move) ? hashKey ^ EnPassantKey(MoveTo(move), ChangeSide(board.SideToMove)) : hashKey;
+    const uint64_t key = HashKeyAfter(move) ^ CastleKeys[flags];
+    return IsDoubleStep(move) ? key ^ EnPassantKey(MoveTo(move), ChangeSide(board.SideToMove)) : key;
 }

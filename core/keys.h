@@ -22,6 +22,6 @@ uint64_t RandomKey64();
 // stands beside a pawn that has just made a double step. The side to move is not in it.
 uint64_t PositionKey();
 
-// What `board.HashKey` is after a pseudo-legal move, and from it what PositionKey is then.
+// What `board.HashKey` and PositionKey are after a pseudo-legal move.
 uint64_t HashKeyAfter(Move move);
-uint64_t PositionKeyAfter(Move move, uint64_t hashKey);
+uint64_t PositionKeyAfter(Move move);

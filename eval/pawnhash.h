@@ -41,7 +41,7 @@ void FreePawnHash();
 
 // The entry that belongs to a pawn key; only while the table is on and allocated (HasPawnHash).
 PawnEntry& PawnHashSlot(uint64_t key);
-
-// Begins to fetch the slot of a key.
-void PrefetchPawnHash(uint64_t key);
 bool HasPawnHash();
+
+// Begins to fetch the entry of a pawn key, where there is a table.
+void PrefetchPawnHash(uint64_t key);

@@ -74,8 +74,7 @@ bool IsSimpleEnding() {
     const MaterialEntry material = CurrentMaterial();
     if ((material.Flags[WHITE] | material.Flags[BLACK]) & MATERIAL_CANNOT_WIN) return true;
     const auto [less, more] = std::minmax(board.PieceMaterial[WHITE], board.PieceMaterial[BLACK]);
-    const bool hasPawns = board.PieceNumber[PAWN][WHITE] + board.PieceNumber[PAWN][BLACK] != 0;
-    return hasPawns ? more - less > 6 : less < 9;
+    return HasPawns() ? more - less > 6 : less < 9;
 }
 
 int DrawScoreToMove() {

@@ -15,9 +15,7 @@ namespace {
 // or lost.
 bool HasDecidingPieces(int side) {
     const uint32_t units = board.PieceMaterial[side];
-    const uint32_t pieces =
-        board.MinorCount[side] + board.PieceNumber[ROOK][side] + board.PieceNumber[QUEEN][side];
-    return units >= 6 && (pieces >= 2 || units > 9);
+    return units >= 6 && (CountPieces(side) >= 2 || units > 9);
 }
 
 // Centipawns for a side's pawn that is about to promote.

@@ -20,10 +20,6 @@ namespace {
 constexpr int TABLEBASE_DEPTH = 11820;
 constexpr int LOWEST_MATE = 32401;  // what the tables say of a mate is at least this in magnitude
 
-uint32_t CountPieces(int side) {
-    return board.MinorCount[side] + board.PieceNumber[ROOK][side] + board.PieceNumber[QUEEN][side];
-}
-
 // Two pieces against one that they outweigh by a rook: the search finds its way.
 bool IsTwoAgainstOne(int strong) {
     const int weak = ChangeSide(strong);

@@ -27,10 +27,6 @@ bool IsMate(Move move) {
     return isMate;
 }
 
-uint64_t KeyAfter(Move move) {
-    return PositionKeyAfter(move, HashKeyAfter(move));
-}
-
 // Whether the position after a pseudo-legal move, whose key is given, ends the node: by the key alone
 // wherever possible.
 bool IsGoodEnough(const Node& node, Move move, uint64_t key, Kind kind, int* score) {
@@ -79,17 +75,18 @@ bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
                 if (!wasTested && test(candidate, key, kind)) return true;
             }
             if (next >= span.End) continue;
-            key = KeyAfter(MoveList[next].Move);
+            key = PositionKeyAfter(MoveList[next].Move);
             PrefetchHash(key, ChangeSide(board.SideToMove));
         }
         return false;
     };
-    if (node.HashMove != NO_MOVE && test(node.HashMove, KeyAfter(node.HashMove), TABLE_MOVE)) return true;
+    if (node.HashMove != NO_MOVE && test(node.HashMove, PositionKeyAfter(node.HashMove), TABLE_MOVE))
+        return true;
     if (node.IsInCheck) return scan(picker.Evasions(), QUIET);
     if (scan(picker.Captures(), CAPTURE)) return true;
     for (const int i : {0, 1}) {
         const Move killer = picker.Killer(i);
-        if (killer != NO_MOVE && test(killer, KeyAfter(killer), QUIET)) return true;
+        if (killer != NO_MOVE && test(killer, PositionKeyAfter(killer), QUIET)) return true;
     }
     return WantsQuiets(node) && scan(picker.Quiets(), QUIET);
 }

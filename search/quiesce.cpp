@@ -7,7 +7,6 @@
 #include "core/checks.h"
 #include "core/evasions.h"
 #include "core/exchange.h"
-#include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movegen.h"
 #include "core/movelist.h"

@@ -106,10 +106,9 @@ void RunIteration(int depth) {
 bool IsTableStale() {
     constexpr uint32_t UNFADED = 8;  // plies without progress
     const bool isHunt = board.Material[WHITE] == 0 || board.Material[BLACK] == 0;
-    const bool hasPawns = board.PieceNumber[PAWN][WHITE] + board.PieceNumber[PAWN][BLACK] != 0;
     // A table so large that emptying it takes time off the clock stays as it is.
     constexpr int CHEAP_TO_CLEAR = 1 << 23;  // entries; some hundredths of a second
-    return isHunt && !hasPawns && board.Fifty > UNFADED && HashEntries <= CHEAP_TO_CLEAR;
+    return isHunt && !HasPawns() && board.Fifty > UNFADED && HashEntries <= CHEAP_TO_CLEAR;
 }
 
 void ResetSearch() {

@@ -33,7 +33,7 @@ TEST_F(KeysTest, PositionKeyKnowsRightsAndEnPassant) {
 TEST_F(KeysTest, KeysAfterAMoveAreThoseOfThePositionAfterIt) {
     VisitPositions(4000 / WORK_DIVISOR, 21, [] {
         for (const Move move : LegalMoves()) {
-            const uint64_t hashKey = HashKeyAfter(move), key = PositionKeyAfter(move, hashKey);
+            const uint64_t hashKey = HashKeyAfter(move), key = PositionKeyAfter(move);
             MakeMove(move, 1);
             EXPECT_EQ(hashKey, board.HashKey) << MoveToText(move);
             EXPECT_EQ(key, PositionKey()) << MoveToText(move);
