@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int DEEP = 360;         // sixtieths of a ply; deeper nodes are worth a look at every move
+constexpr int QUIET_DEPTH = 180;  // sixtieths of a ply; below, the search is as quick as the table
 constexpr int QUIET_MARGIN = 50;  // centipawns below beta within which quiet moves are worth one elsewhere
 
 enum Kind { TABLE_MOVE, CAPTURE, QUIET };
@@ -50,11 +51,9 @@ bool IsCutOff(const Node& node, Move move, uint64_t key, Kind kind, int* score) 
     return IsGoodEnough(node, move, key, kind, score) && IsLegalCandidate(move, node.IsInCheck);
 }
 
-// Whether quiet moves are worth looking at. After one that leads into the quiescence search the table rarely
-// has enough.
+// Whether quiet moves other than killers are worth looking at.
 bool WantsQuiets(const Node& node) {
-    if (node.Depth > DEEP) return true;
-    return node.Depth >= 2 * PLY_DEPTH && node.Eval.Score + QUIET_MARGIN >= node.Beta;
+    return node.Depth > DEEP || node.Eval.Score + QUIET_MARGIN >= node.Beta;
 }
 
 bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
@@ -80,10 +79,12 @@ bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
         }
         return false;
     };
-    if (node.HashMove != NO_MOVE && test(node.HashMove, PositionKeyAfter(node.HashMove), TABLE_MOVE))
-        return true;
+    const Move hashMove = node.HashMove;
+    if (hashMove != NO_MOVE && test(hashMove, PositionKeyAfter(hashMove), TABLE_MOVE)) return true;
     if (node.IsInCheck) return scan(picker.Evasions(), QUIET);
-    if (scan(picker.Captures(), CAPTURE)) return true;
+    // After a capture that leads into the quiescence search the table has no upper bound.
+    if (node.Depth >= 2 * PLY_DEPTH && scan(picker.Captures(), CAPTURE)) return true;
+    if (node.Depth < QUIET_DEPTH) return false;
     for (const int i : {0, 1}) {
         const Move killer = picker.Killer(i);
         if (killer != NO_MOVE && test(killer, PositionKeyAfter(killer), QUIET)) return true;

@@ -185,6 +185,7 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     if (IsCutOffByTable(node, &score) || ProbeTablebases(node, &score) || ProbeLearned(node, &score))
         return score;
     if (IsCutOffByStanding(node, nullAllowed != 0, &score)) return StopRequested ? 0 : score;
+    if (node.HashMove != NO_MOVE) PrefetchNode(node.HashMove);
     node.HasFullExtensions = nodeType == 0 || Ply <= 2 * IterationDepth;
 
     // 4. A move that is known to be good enough.
@@ -202,7 +203,7 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
     while ((candidate.Move = picker.Next(&candidate.Score)) != NO_MOVE) {
         move = candidate.Move;
         if (!IsLegalCandidate(move, node.IsInCheck)) continue;
-        PrefetchNode(move);
+        if (move != node.HashMove) PrefetchNode(move);
         candidate.IsFirst = moveCount++ == 0;
         candidate.GivesCheck = GivesCheck(move);
         const bool mayPrune = nodeType != 0 && MateSearch == 0 && !node.IsInCheck && !candidate.GivesCheck &&
