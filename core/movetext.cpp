@@ -64,6 +64,12 @@ bool LooksLikeMove(const char* text) {
     return IsFileLetter(text[0]) && IsRankDigit(text[1]) && IsFileLetter(text[2]) && IsRankDigit(text[3]);
 }
 
+const char* FindMoveText(const char* line) {
+    constexpr char WORD[] = "usermove ";
+    if (std::strncmp(line, WORD, std::strlen(WORD)) == 0) line += std::strlen(WORD);
+    return LooksLikeMove(line) ? line : nullptr;
+}
+
 Move TextToMove(char fromFile, char fromRank, char toFile, char toRank, char promotionLetter) {
     const int from = MakeSquare(FoldCase(fromFile) - 'a', fromRank - '1');
     const int to = MakeSquare(FoldCase(toFile) - 'a', toRank - '1');

@@ -19,6 +19,9 @@ const char* MoveToPieceText(Move move);
 // Whether the text begins like a coordinate move: two squares, whatever follows.
 bool LooksLikeMove(const char* text);
 
+// The move of a line that is one, with or without "usermove" before it; null for any other line.
+const char* FindMoveText(const char* line);
+
 // The move word of four coordinate characters and a promotion letter (q, r, b or n; none for any other
 // character), with the men that stand on its squares. The characters must pass LooksLikeMove; legality is not
 // looked at. An en-passant capture gets an empty captured field, as everywhere.

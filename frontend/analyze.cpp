@@ -50,13 +50,13 @@ void AnalyzePosition() {
     Analyzing = 0;
 }
 
-void EnterMove(const std::string& line, bool isSearching) {
-    const Move move = TextToMove(line.c_str());
+void TryMove(const char* text, bool isSearching) {
+    const Move move = TextToMove(text);
     if (!HasPhantomMen() && IsLegalMove(move)) {
         if (!isSearching) Print("move maked...\n");
         PlayMove(move);
     } else {
-        Print("Illegal move: %s\n", isSearching ? MoveToText(move) : line.c_str());
+        Print("Illegal move: %s\n", isSearching ? MoveToText(move) : text);
     }
     FlushOutput();
 }
@@ -65,8 +65,8 @@ void EnterMove(const std::string& line, bool isSearching) {
 bool InterpretAnalyzeLine(const std::string& line, bool isSearching) {
     const auto startsWith = [&](const char* word) { return line.rfind(word, 0) == 0; };
     if (startsWith("exit")) return false;
-    if (LooksLikeMove(line.c_str())) {
-        EnterMove(line, isSearching);
+    if (const char* text = FindMoveText(line.c_str())) {
+        TryMove(text, isSearching);
     } else if (line == ".") {
         Print("stat01: 0 0 0 0 0\n");
         FlushOutput();

@@ -1,5 +1,7 @@
 #include "frontend/commands.h"
 
+#include <algorithm>
+
 #include "book/book.h"
 #include "core/board.h"
 #include "core/boardtext.h"
@@ -77,6 +79,8 @@ void RunIsReady() {
     Print("readyok\n");
 }
 
+void Ignore() {}
+
 void RunWriteValues() {
     if (!WriteWeights(WEIGHTS_FILE)) Print("Error writing %s\n", WEIGHTS_FILE);
 }
@@ -139,9 +143,25 @@ const Command CommandChain[] = {
     {"isready", RunIsReady},
     {"egtbstat", RunTablebaseStatus},
     {"position", RunPosition},
-    {"debug", RunDebug},
+    {"debug", RunDebug, false, true},
     // What interfaces send for "otime".
     {"otim", SetNumber<OpponentTime>},
+    // Version 2 of the xboard protocol. "rejected" and the like ask for nothing.
+    {"protover", RunProtover},
+    {"setboard", RunSetBoard},
+    {"ping", RunPing, false, true},
+    {"usermove", RunUserMove},
+    {"accepted", Ignore, false, true},
+    {"rejected", Ignore, false, true},
+    {"computer", Ignore, false, true},
+    {"name", Ignore, false, true},
+    {"rating", Ignore, false, true},
+    {"random", Ignore, false, true},
+    {"variant", Ignore, false, true},
+    {"hint", RunHint, false, true},
+    {"draw", RunDrawOffer, false, true},
+    {"memory", RunMemory},
+    {"egtpath", RunTablebasePath},
     {"bench", RunBench},
 };
 
@@ -164,8 +184,21 @@ std::vector<const Command*> FindCommands(const char* line) {
     return found;
 }
 
+bool IsCommandLine(const char* line) {
+    return !FindCommands(line).empty();
+}
+
 void InterpretCommand() {
     Tokenize(InputLine, MatchKeyword("level", InputLine) ? " :" : " ");
     for (const Command* command : FindCommands(InputLine)) command->Run();
     FlushOutput();
+}
+
+bool AnswerAside(const std::string& line) {
+    const std::vector<const Command*> commands = FindCommands(line.c_str());
+    const auto isAside = [](const Command* command) { return command->IsAside; };
+    if (commands.empty() || !std::all_of(commands.begin(), commands.end(), isAside)) return false;
+    SetInputLine(line);
+    InterpretCommand();
+    return true;
 }

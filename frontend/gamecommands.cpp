@@ -31,15 +31,19 @@ void ThinkFreely() {
 
 }  // namespace
 
-void RunMove() {
-    const Move move = TextToMove(InputLine);
+void EnterMove(const char* text) {
+    const Move move = TextToMove(text);
     if (HasPhantomMen() || !IsLegalMove(move)) {
-        Print("Illegal move: %s\n", InputLine);
+        Print("Illegal move: %s\n", text);
         FlushOutput();
         return;
     }
     PlayMove(move);
     if (!ForceMode) ThinkFreely();
+}
+
+void RunMove() {
+    EnterMove(InputLine);
 }
 
 void RunLevel() {
@@ -112,4 +116,5 @@ void RunXboard() {
     MoveTime = 0;
     MateSearch = 0;
     UciMode = 0;
+    ProtocolVersion = 1;
 }

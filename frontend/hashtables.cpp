@@ -1,8 +1,10 @@
 #include "frontend/hashtables.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "eval/pawnhash.h"
+#include "frontend/settings.h"
 #include "platform/output.h"
 #include "search/evalcache.h"
 #include "search/transposition.h"
@@ -22,6 +24,12 @@ void AllocateHashTables() {
     ReallocateTransposition();
     ReallocatePawnHash();
     RequireMemory(AllocateEvalCache());
+}
+
+void ResizeTransposition(int megabytes) {
+    // A number beyond what is announced must not exhaust the machine.
+    HashEntries = TranspositionEntries(std::clamp(megabytes, 0, LARGEST_TABLE));
+    ReallocateTransposition();
 }
 
 void ReallocateTransposition() {

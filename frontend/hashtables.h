@@ -7,5 +7,8 @@ void ReallocateTransposition();
 void ReallocatePawnHash();
 void FreeHashTables();
 
+// Gives the transposition table a new size, at most what the options announce, and empties it.
+void ResizeTransposition(int megabytes);
+
 // Empties the transposition, pawn and evaluation tables.
 void ClearHashTables();

@@ -14,7 +14,8 @@ void ReadSettingsFile();
 void PrintSettings();
 
 constexpr int MEGABYTE = 1048576;
+constexpr int LARGEST_TABLE = 1024;  // megabytes
 
-// Table sizes in entries for a size in megabytes, 0..1024.
+// Table sizes in entries for a size in megabytes, 0..LARGEST_TABLE.
 int TranspositionEntries(int megabytes);
 int PawnEntries(int megabytes);

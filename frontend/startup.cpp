@@ -60,7 +60,7 @@ void RegisterAndReportTablebases() {
 
 void StartUp() {
     PrepareStandardStreams();
-    QuitProgram = ShutDown;
+    Hooks = {ShutDown, IsCommandLine, AnswerAside};
     // 1. Defaults, and what they can be changed by.
     SetDefaultSettings();
     Print("%s\n", BANNER);

@@ -20,8 +20,8 @@ Move LastBestMove = NO_MOVE;
 
 namespace {
 
-// Searches the position on the board within the limits; false when the game is over.
-bool SearchPosition() {
+// Searches the position on the board within the limits, as deep as `maxDepth`; false when the game is over.
+bool SearchPosition(int maxDepth) {
     ClearRequests();
     StartSearchClock();
     if (IsTimedSearch()) {
@@ -29,7 +29,7 @@ bool SearchPosition() {
     } else {
         SetNoTimeLimit();
     }
-    return IterativeDeepening(MaxDepth, 1) == 0;
+    return IterativeDeepening(maxDepth, 1) == 0;
 }
 
 void PrintFinalLine() {
@@ -71,7 +71,7 @@ void PlayBestMove() {
 // A short silent search for the reply to expect; 0 when it was cut short or the game is over.
 Move SearchForPrediction() {
     QuietPreSearch = 1;
-    const bool isOver = !SearchPosition();
+    const bool isOver = !SearchPosition(UNLIMITED_DEPTH);
     const bool wasCutShort = QuietPreSearch || HasKeptLine();
     QuietPreSearch = 0;
     return isOver || wasCutShort ? NO_MOVE : RootMove(0);
@@ -104,7 +104,7 @@ bool StartPondering() {
 bool ThinkOnce() {
     EngineSide = board.SideToMove;
     const bool wasPondering = Pondering != 0;
-    if (!SearchPosition()) {
+    if (!SearchPosition(MaxDepth)) {
         // A predicted reply that ended the game is not on the real board.
         if (Pondering) TakeBackMove();
         return false;

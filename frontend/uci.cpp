@@ -20,6 +20,7 @@
 #include "frontend/think.h"
 #include "frontend/tokens.h"
 #include "platform/output.h"
+#include "search/draws.h"
 #include "search/modes.h"
 #include "search/multipv.h"
 #include "search/root.h"
@@ -30,8 +31,7 @@ namespace {
 
 int DebugMode = 0;  // "debug on"; nothing depends on it yet
 
-constexpr int VALUE_TOKEN = 4;         // setoption name X value Y
-constexpr int MEGABYTES_LIMIT = 1024;  // of every table, as the options announce
+constexpr int VALUE_TOKEN = 4;  // setoption name X value Y
 
 // The rest of the line from the value on, inner blanks included.
 const char* ValueText() {
@@ -40,12 +40,7 @@ const char* ValueText() {
 
 // A table size in megabytes. A number beyond what the option announces must not exhaust the machine.
 int ReadMegabytes() {
-    return std::clamp(TokenNumber(VALUE_TOKEN), 0, MEGABYTES_LIMIT);
-}
-
-void SetHash() {
-    HashEntries = TranspositionEntries(ReadMegabytes());
-    ReallocateTransposition();
+    return std::clamp(TokenNumber(VALUE_TOKEN), 0, LARGEST_TABLE);
 }
 
 void SetPawnHash() {
@@ -65,12 +60,6 @@ void SetOwnBook() {
     }
 }
 
-void ChangeTablebasePath() {
-    if (!UseEGTB) return;
-    SetTablebasePath(ValueText());
-    RegisterTablebases();
-}
-
 struct OptionRow {
     const char* Name;
     void (*Apply)();
@@ -82,12 +71,12 @@ const OptionRow OptionTable[] = {
     {"Aggressivity", [] { SetAggressivity(TokenNumber(VALUE_TOKEN)); }},
     {"Defensivity", [] { SetCowardice(TokenNumber(VALUE_TOKEN)); }},
     {"MultiPV", [] { MultiPvCount = TokenNumber(VALUE_TOKEN); }},
-    {"Hash", SetHash},
+    {"Hash", [] { ResizeTransposition(TokenNumber(VALUE_TOKEN)); }},
     {"PawnHash", SetPawnHash},
     {"NalimovCache", SetTablebaseCache},
     {"Clear", nullptr},  // a button of two words
     {"OwnBook", SetOwnBook},
-    {"NalimovPath", ChangeTablebasePath},
+    {"NalimovPath", [] { ChangeTablebasePath(ValueText()); }},
     {"OpeningsBook", [] { OpenBook(ValueText()); }},
 };
 
@@ -185,6 +174,12 @@ void LoadPosition() {
 
 }  // namespace
 
+void ChangeTablebasePath(const char* path) {
+    if (!UseEGTB) return;
+    SetTablebasePath(path);
+    RegisterTablebases();
+}
+
 void RunUci() {
     Print("id name Kestrovan 1.50\n");
     Print("id author Tomas K. Varnel\n");
@@ -226,6 +221,8 @@ void RunSetOption() {
 void RunPosition() {
     if (TokenCount < 2) return;
     LastBestMove = NO_MOVE;
+    // Nothing says whether the game is the same one.
+    DrawScore = 0;
     if (MatchKeyword("startpos", Tokens[1])) {
         NewGame();
     } else if (MatchKeyword("fen", Tokens[1])) {

@@ -1,10 +1,13 @@
 #include "search/draws.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "core/attacks.h"
 #include "core/bitboard.h"
 #include "core/board.h"
+#include "core/keys.h"
+#include "core/makemove.h"
 #include "eval/evaluate.h"
 #include "eval/materialtable.h"
 
@@ -83,6 +86,20 @@ int DrawScoreToMove() {
 
 bool IsRepetition() {
     return HistoryLength > 0 && IsRepeated(LastMove(), HistoryLength, board.HashKey);
+}
+
+int CountOccurrences() {
+    const uint64_t key = PositionKey();
+    const int reach = std::min(static_cast<int>(board.Fifty), HistoryLength);
+    std::vector<Move> moves;
+    int count = 1;
+    while (static_cast<int>(moves.size()) < reach && LastMove() != NO_MOVE) {
+        moves.push_back(LastMove());
+        UnmakeMove();
+        if (moves.size() % 2 == 0 && PositionKey() == key) ++count;
+    }
+    for (; !moves.empty(); moves.pop_back()) MakeMove(moves.back(), 1);
+    return count;
 }
 
 bool IsDraw() {

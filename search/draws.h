@@ -14,6 +14,10 @@ int DrawScoreToMove();
 // earlier occurrence suffices; a null move counts as irreversible.
 bool IsRepetition();
 
+// How often the position, with its rights to castle and to capture en passant, has occurred since the last
+// irreversible move, the present time included: what a claim by the rules is counted by.
+int CountOccurrences();
+
 // Whether either side has the pieces for a middle game: the endgame tests below don't apply then.
 bool HasManyPieces();
 

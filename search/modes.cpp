@@ -1,6 +1,7 @@
 #include "search/modes.h"
 
 int UciMode = 0;
+int ProtocolVersion = 1;
 int PostMode = 0;
 int PonderingAllowed = 1;
 int PonderingOn = 1;
@@ -16,7 +17,7 @@ Move PredictedMove = NO_MOVE;
 int StopRequested = 0;
 int MoveUnwanted = 0;
 
-void (*QuitProgram)() = nullptr;
+InputHooks Hooks;
 
 void ClearRequests() {
     StopRequested = MoveUnwanted = 0;
@@ -24,4 +25,8 @@ void ClearRequests() {
 
 bool IsWaitingSearch() {
     return Pondering || PonderSearch || InfiniteSearch;
+}
+
+bool IsInterruptible() {
+    return IsWaitingSearch() || Analyzing || QuietPreSearch;
 }

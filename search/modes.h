@@ -1,11 +1,14 @@
 #pragma once
 
+#include <string>
+
 #include "core/types.h"
 
 // How the program is being used, and what has been asked for while it searches.
 
 // Modes, set by the commands of the front end and, where noted, by input during a search.
 extern int UciMode;           // replies in the UCI dialect; no result announcements
+extern int ProtocolVersion;   // of the xboard protocol: 1 until an interface names another
 extern int PostMode;          // xboard thinking output is printed; also set by input
 extern int PonderingAllowed;  // the setting "Pondering": whether PonderingOn may be switched on
 extern int PonderingOn;       // think on the opponent's time; also set by input
@@ -30,5 +33,16 @@ void ClearRequests();
 // infinite.
 bool IsWaitingSearch();
 
-// Called for "q" and "quit" at any time; set by the front end at start-up, ends the program.
-extern void (*QuitProgram)();
+// Whether any command ends the search under way, because nobody waits for its move: pondering, infinite,
+// analysing, or looking for a move to ponder on.
+bool IsInterruptible();
+
+// What the front end does for the search with a line of input; set at start-up.
+struct InputHooks {
+    void (*Quit)() = nullptr;  // for "q" and "quit" at any time: ends the program
+    bool (*IsCommand)(const char* line) = nullptr;
+    // Carries out a line that disturbs no search, such as a question; false for any other. Not for a search
+    // whose move is due, which comes before the answer.
+    bool (*AnswerAside)(const std::string& line) = nullptr;
+};
+extern InputHooks Hooks;

@@ -34,7 +34,6 @@ void StopPondering() {
     Pondering = PonderSearch = 0;
     if (IsTimedSearch()) AllocateTime(RootGamePly);
     RestartLimitClock();
-    PollCountdown = 0;
 }
 
 // Lines that are answered at any time, even behind one that has been kept; false for any other line.
@@ -42,7 +41,7 @@ bool HandleUrgentLine(const std::string& line) {
     if (line == "?" || line == "stop") {
         StopRequested = 1;
     } else if (line == "q" || line == "quit") {
-        QuitProgram();
+        Hooks.Quit();
     } else if (line == "isready") {
         Print("readyok\n");
         FlushOutput();
@@ -79,13 +78,24 @@ bool HandlePassingLine(const std::string& line) {
     return true;
 }
 
-// Lines that end the search and are then interpreted like any other; false for any other line.
+// Whether the line takes the game out of the engine's hands: its move is no longer wanted.
+bool TakesGameAway(const std::string& line) {
+    for (const char* word : {"undo", "remove", "new", "force", "edit", "analyze"}) {
+        if (line == word) return true;
+    }
+    for (const char* word : {"result", "setboard ", "loadfen "}) {
+        if (line.starts_with(word)) return true;
+    }
+    return false;
+}
+
+// Lines that end the search, even behind one that has been kept, and are then interpreted like any other;
+// false for any other line.
 bool HandleEndingLine(const std::string& line) {
-    const bool isResult = line.compare(0, 6, "result") == 0;
-    if (isResult && Pondering) return true;
-    const bool endsGame = isResult || line == "undo" || line == "new" || line == "force";
-    if (!endsGame && line != "exit" && line != "post" && line != "nopost" && line != "hard") return false;
-    MoveUnwanted = MoveUnwanted || endsGame;
+    const bool takesGameAway = TakesGameAway(line);
+    if (!takesGameAway && line != "exit" && line != "post" && line != "nopost" && line != "hard")
+        return false;
+    MoveUnwanted = MoveUnwanted || takesGameAway;
     KeepLine(line);
     StopRequested = 1;
     return true;
@@ -94,9 +104,10 @@ bool HandleEndingLine(const std::string& line) {
 // A move while pondering: the predicted one turns pondering into thinking. Any other is interpreted when the
 // board is back at the root.
 bool HandlePredictedMove(const std::string& line) {
-    if (!Pondering || !LooksLikeMove(line.c_str())) return false;
+    const char* text = FindMoveText(line.c_str());
+    if (!Pondering || text == nullptr) return false;
     const std::string predicted = MoveToText(PredictedMove);
-    std::string move = line.substr(0, 5);
+    std::string move = std::string(text).substr(0, 5);
     std::transform(move.begin(), move.end(), move.begin(), FoldCase);
     // A letter that names no piece says nothing.
     if (move.size() == 5 && std::string("qrbn").find(move[4]) == std::string::npos) move.pop_back();
@@ -108,8 +119,13 @@ bool HandlePredictedMove(const std::string& line) {
 void HandleLine(const std::string& line) {
     if (HandleUrgentLine(line)) return;
     if (!HasKeptLine()) {
-        if (line.empty() || HandlePassingLine(line) || HandleEndingLine(line) || HandlePredictedMove(line))
-            return;
+        if (HandlePassingLine(line)) return;
+        if (IsInterruptible() && Hooks.AnswerAside(line)) return;
+    }
+    if (HandleEndingLine(line)) return;
+    if (!HasKeptLine()) {
+        // What is no command does nothing and must not end a search either.
+        if (HandlePredictedMove(line) || !Hooks.IsCommand(line.c_str())) return;
     }
     KeepLine(line);
 }
@@ -158,10 +174,9 @@ void CheckTime() {
 }
 
 void PollDuringSearch() {
-    const auto mayWait = [] { return IsWaitingSearch() || Analyzing || QuietPreSearch; };
     std::string line;
     for (;;) {
-        if (HasKeptLine() && mayWait()) StopRequested = 1;
+        if (HasKeptLine() && IsInterruptible()) StopRequested = 1;
         if (StopRequested || !TakeWaitingLine(line)) break;
         HandleLine(line);
     }

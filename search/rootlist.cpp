@@ -6,6 +6,7 @@
 #include "core/board.h"
 #include "core/legal.h"
 #include "core/makemove.h"
+#include "core/movetest.h"
 #include "platform/output.h"
 #include "search/draws.h"
 #include "search/modes.h"
@@ -41,6 +42,21 @@ bool HasTooLittle(int side) {
 // Whether results are announced: a predicted move is not on the real board.
 bool MayAnnounce() {
     return !UciMode && !Pondering;
+}
+
+// Interfaces of protocol version 2 take an announcement for a claim, which has to hold by the rules. Others
+// are told as soon as the search counts the game as drawn.
+bool AreClaimsJudged() {
+    return ProtocolVersion >= 2;
+}
+
+bool MayClaimRepetition() {
+    return IsRepetition() && (!AreClaimsJudged() || CountOccurrences() >= 3);
+}
+
+// A mate with the hundredth ply comes before the draw.
+bool MayClaimFiftyMoves() {
+    return GamePly() > 0 && board.Fifty >= 100 && (!AreClaimsJudged() || HasLegalReply());
 }
 
 void AnnounceEnd(bool isInCheck) {
@@ -98,8 +114,8 @@ void ShiftElement(T* array, int from, int to) {
 void AnnounceDraws() {
     if (!MayAnnounce()) return;
     if (HasTooLittle(WHITE) || HasTooLittle(BLACK)) Announce("1/2-1/2 {Draw by insufficient material}");
-    if (IsRepetition()) Announce("1/2-1/2 {Draw by repetition}");
-    if (GamePly() > 0 && board.Fifty >= 100) Announce("1/2-1/2 {Draw by the 50-moves rule}");
+    if (MayClaimRepetition()) Announce("1/2-1/2 {Draw by repetition}");
+    if (MayClaimFiftyMoves()) Announce("1/2-1/2 {Draw by the 50-moves rule}");
 }
 
 Move RootMove(int i) {

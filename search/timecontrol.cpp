@@ -1,9 +1,11 @@
 #include "search/timecontrol.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "core/textnumber.h"
 #include "platform/platform.h"
+#include "search/draws.h"
 #include "search/modes.h"
 
 int EngineTime = NO_CLOCK;
@@ -39,6 +41,19 @@ int64_t CountMovesLeft(int gamePly) {
     const int64_t gameMove = gamePly / 2 + 1;
     const int64_t control = (gameMove + MovesToGo - 1) / MovesToGo * MovesToGo;
     return std::min(HORIZON, control - gameMove + 1);
+}
+
+// The draw score by how short the own time is, in tenths of `unit`, both centiseconds after the reserve: only
+// while the opponent has even less, so much that a draw would be a gift to him in sudden death only.
+void SetContempt(int64_t time, int64_t half) {
+    constexpr int DRAW_SCORES[] = {50, 40, 32, 26, 22, 20, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5};
+    constexpr int64_t LAST = std::size(DRAW_SCORES) - 1;
+    if (OpponentTime <= 0) return;
+    const int64_t unit =
+        std::max<int64_t>(250, std::min<int64_t>(3 * int64_t{OwnIncrement}, OpponentTime / 20));
+    const bool isClearlyAhead = OpponentTime < half && time - OpponentTime > unit / 2;
+    if (!isClearlyAhead || (MovesToGo > 0 && EngineTime >= 2 * unit)) return;
+    DrawScore = DRAW_SCORES[std::clamp<int64_t>((time - 1) * 10 / unit, 0, LAST)];
 }
 
 void SetPollInterval() {
@@ -88,6 +103,7 @@ void AllocateTime(int gamePly) {
     const int64_t target = std::max<int64_t>(base * 3 / 4, 1);
     TargetTime = static_cast<int>(std::clamp<int64_t>(target, 1, NO_TIME_LIMIT));
     MaxTime = static_cast<int>(std::clamp<int64_t>(maximum, -NO_TIME_LIMIT, NO_TIME_LIMIT));
+    SetContempt(time, half);
     SetPollInterval();
 }
 

@@ -39,7 +39,8 @@ bool IsTimedSearch();
 bool IsUnlimitedSearch();
 
 // Sets TargetTime and MaxTime from the clock and the limits, and PollInterval from TargetTime, for a move
-// after `gamePly` plies of the game. The search must be a timed one.
+// after `gamePly` plies of the game; and DrawScore, when the clocks say that time will decide the game. The
+// search must be a timed one.
 void AllocateTime(int gamePly);
 
 // Sets a search without a clock.

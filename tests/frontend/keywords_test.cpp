@@ -31,10 +31,12 @@ TEST(KeywordsTest, TheOrderOfTheChainDecides) {
         "d>demo|deb>debug|ti>time|tim 5>-|timer 300>time|o>otime|otim "
         "5>otim|otim>otime|t>time|b>black|br>brd|"
         "bk>bkm|is>isready|mv>mvd|m>moves|m2 "
-        "7>m2|c>clean|c2>c2|computer>-|e>edit|eg>egtbstat|ep>epdevl|ea>easy|"
+        "7>m2|c>clean|c2>c2|computer>computer|comp>computer|pi>ping|pr>protover|setb>setboard|use>usermove|e>"
+        "edit|eg>egtbstat|ep>epdevl|ea>easy|"
         "ev>evl|h>help|ha>hard|l>level|lo>loadfen|a>analyze|a1>-|x>xboard|A1h8><move>| a1h8>-|i1a1>-|a0a1>-|"
         "e2e9>-|e2 e4>-|B8C6 and more><move>|  BRD>brd|\tbrd>-|>-|   >-|d2d4><move>|c3c2><move>|be>bench|"
-        "Bench>bench|benches>bench|bend>-|GO depth 3>go|xyz>-|Quick>q");
+        "Bench>bench|benches>bench|bend>-|GO depth "
+        "3>go|xyz>-|Quick>q|hi>hint|dr>draw|draws>draw|resu>-|egt>egtbstat|egtp>egtpath|mem>memory|na>name");
     for (std::string row; std::getline(rows, row, '|');) {
         const size_t end = row.find('>');
         EXPECT_EQ(Takers(row.substr(0, end)), row.substr(end + 1)) << row;

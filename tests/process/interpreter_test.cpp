@@ -59,7 +59,9 @@ TEST(InterpreterTest, AnswersWordForWord) {
          ""},
         {"position\nsetoption\nsetoption name Hash\nsetoption name Hash value\nsetoption Hash 5\ndebug\n",
          ""},
-        {"accepted ping\nprotover 2\ncomputer\nname Somebody\nrandom\nresult 1-0 {mate}\n", ""},
+        {"accepted ping\nrejected usermove\nprotover 1\ncomputer\nname Somebody\nrating 2000 1\nrandom\n"
+         "variant normal\nhint\ndraw\nresult 1-0 {mate}\n",
+         ""},
         {std::string(1'000'000, 'x') + "\nisready\n", "readyok\n"},
         {"isready\0brd\n\0\0\nisready"s, "readyok\nreadyok\n"},
     };

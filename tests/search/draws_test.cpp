@@ -62,6 +62,35 @@ TEST_F(DrawsTest, OneReturnIsARepetition) {
     EXPECT_TRUE(IsDraw() && !IsRepetition()) << "fifty moves";
 }
 
+// Claims count by the rules: other rights make another position, and nothing is moved for good.
+TEST_F(DrawsTest, OccurrencesAreCountedByTheRules) {
+    const std::string knights = "g1f3 g8f6 f3g1 f6g8 ";
+    const struct {
+        std::string Fen, Moves;
+        int Count;
+    } rows[] = {
+        {START, "", 1},
+        {START, knights, 2},
+        {START, knights + knights, 3},
+        {START, knights + knights + "b1c3 b8c6 c3b1 c6b8", 4},
+        {START, knights + knights + "g1f3", 3},
+        {START, knights + "e2e4 e7e5 " + knights, 2},
+        // En passant was possible the first time.
+        {"4k1n1/8/8/8/1p6/8/P7/4K1N1 w - -", "a2a4 " + std::string("g8f6 g1f3 f6g8 f3g1"), 1},
+        {CASTLING_ALL, "a1b1 a8b8 b1a1 b8a8", 1},
+        {CASTLING_ALL, "a1b1 a8b8 b1a1 b8a8 a1b1 a8b8 b1a1 b8a8", 2},
+    };
+    for (const auto& [fen, moves, count] : rows) {
+        LoadFEN(fen.c_str());
+        Play(moves);
+        const std::string before = GetFEN();
+        const int plies = HistoryLength;
+        EXPECT_EQ(CountOccurrences(), count) << fen << ": " << moves;
+        EXPECT_EQ(GetFEN(), before);
+        EXPECT_EQ(HistoryLength, plies);
+    }
+}
+
 // Longer than the record: what has been let go is no longer seen, what is kept is.
 TEST_F(DrawsTest, LongGames) {
     for (int i = 0; i < 700; ++i) {

@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "search/draws.h"
 #include "search/modes.h"
 #include "tests/support/datafile.h"
 
@@ -16,6 +17,7 @@ class TimeControlTest : public testing::Test {
     void TearDown() override {
         EngineTime = NO_CLOCK;
         MoveTime = OwnIncrement = MovesToGo = NodeLimit = GameSearches = UciMode = 0;
+        OpponentTime = DrawScore = 0;
         SetNoTimeLimit();
     }
 };
@@ -53,6 +55,37 @@ TEST_F(TimeControlTest, AllotsSomethingForAnyClock) {
         EXPECT_LE(PollInterval, NodeLimit);
         NodeLimit = 0;
     }
+}
+
+// Own clock, opponent's, increment, moves to go, and the draw score that they lead to from 0.
+TEST_F(TimeControlTest, ShortOfTimeButAheadADrawIsWelcome) {
+    const struct {
+        int Own, Opponent, Increment, Moves, Score;
+    } rows[] = {
+        {6000, 0, 0, 0, 0},         // the opponent's clock is unknown
+        {6000, 2848, 0, 0, 5},      // less than half of what is left without the reserve
+        {6000, 2849, 0, 0, 0},      // half of it
+        {400, 100, 0, 0, 9},        // 380, in tenths of 250: entry 15
+        {100, 10, 0, 0, 0},         // ahead by 85 only, of 125
+        {200, 10, 0, 0, 17},        // 190: entry 7
+        {6000, 1000, 5000, 0, 5},   // a unit of 250, for a twentieth of the opponent's clock is less
+        {40000, 10000, 500, 0, 5},  // a unit of 500
+        {1200, 60, 100, 0, 5},     {6000, 1000, 0, 40, 0},  // the next control will bring more
+        {400, 100, 0, 40, 9},
+    };
+    for (const auto& [own, opponent, increment, moves, score] : rows) {
+        DrawScore = 0;
+        EngineTime = own;
+        OpponentTime = opponent;
+        OwnIncrement = increment;
+        MovesToGo = moves;
+        AllocateTime(10);
+        EXPECT_EQ(DrawScore, score) << own << " " << opponent << " " << increment << " " << moves;
+    }
+    DrawScore = 7;
+    OpponentTime = EngineTime = 6000;
+    AllocateTime(10);
+    EXPECT_EQ(DrawScore, 7) << "left as it is";
 }
 
 }  // namespace

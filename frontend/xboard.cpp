@@ -1,0 +1,107 @@
+// What version 2 of the xboard protocol adds.
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "core/board.h"
+#include "core/fen.h"
+#include "core/legal.h"
+#include "core/movetext.h"
+#include "core/positionfault.h"
+#include "eval/evaluate.h"
+#include "frontend/commands.h"
+#include "frontend/hashtables.h"
+#include "frontend/tokens.h"
+#include "platform/output.h"
+#include "search/draws.h"
+#include "search/modes.h"
+#include "search/root.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+// The rest of the line from a token on, inner blanks included; empty without it.
+const char* RestFrom(int token) {
+    return token < TokenCount ? InputLine + TokenOffset[token] : "";
+}
+
+// The position as LoadFEN reads it: an interface names the square behind the pawn that has made a double
+// step, e3 for e4 and e6 for e5.
+std::string WithOwnEnPassant(const std::string& text) {
+    constexpr int EN_PASSANT_FIELD = 3;
+    size_t place = text.find_first_not_of(' ');
+    for (int field = 0; field < EN_PASSANT_FIELD && place != std::string::npos; ++field) {
+        place = text.find_first_not_of(' ', text.find(' ', place));
+    }
+    std::string own = text;
+    if (place == std::string::npos || place + 1 >= own.size()) return own;
+    char& rank = own[place + 1];
+    rank = rank == '3' ? '4' : rank == '6' ? '5' : rank;
+    return own;
+}
+
+// Whether a draw is as much as the engine can hope for: it stands worse, or nobody has much left to win with.
+bool WelcomesDraw() {
+    constexpr int WORSE = -30;  // centipawns
+    if (GameSearches == 0) return false;
+    const int score = LastScoreSide == EngineSide ? LastScore : -LastScore;
+    return score <= WORSE || (score <= 0 && !HasManyPieces());
+}
+
+}  // namespace
+
+void RunProtover() {
+    ProtocolVersion = std::max(1, TokenNumber(1));
+    if (ProtocolVersion < 2) return;
+    Print(
+        "feature myname=\"Kestrovan 1.50\" setboard=1 ping=1 colors=0 analyze=1 sigint=0 sigterm=0 "
+        "usermove=1 debug=1 memory=1 egt=\"nalimov\" done=1\n");
+}
+
+void RunSetBoard() {
+    const Board oldBoard = board;
+    const HistoryRecord oldRecord = History[0];
+    const int oldLength = HistoryLength, oldForgotten = HistoryForgotten;
+    LoadFEN(WithOwnEnPassant(RestFrom(1)).c_str());
+    if (FindPositionFault() == nullptr) return;
+    board = oldBoard;
+    History[0] = oldRecord;
+    HistoryLength = oldLength;
+    HistoryForgotten = oldForgotten;
+    Print("tellusererror Illegal position\n");
+}
+
+void RunPing() {
+    Print("pong %s\n", RestFrom(1));
+}
+
+void RunUserMove() {
+    const char* text = FindMoveText(InputLine);
+    if (text != nullptr) {
+        EnterMove(text);
+    } else {
+        Print("Illegal move: %s\n", RestFrom(1));
+    }
+}
+
+void RunMemory() {
+    if (TokenCount >= 2) ResizeTransposition(TokenNumber(1));
+}
+
+void RunTablebasePath() {
+    if (TokenCount >= 3 && std::strcmp(Tokens[1], "nalimov") == 0) ChangeTablebasePath(RestFrom(2));
+}
+
+void RunHint() {
+    if (Pondering) {
+        // It stands on the board already.
+        Print("Hint: %s\n", MoveToText(PredictedMove));
+    } else if (!IsInterruptible() && PonderMove != NO_MOVE && IsLegalMove(PonderMove)) {
+        Print("Hint: %s\n", MoveToText(PonderMove));
+    }
+}
+
+void RunDrawOffer() {
+    if (WelcomesDraw()) Print("offer draw\n");
+}
