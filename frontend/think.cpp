@@ -35,6 +35,10 @@ bool SearchPosition(int maxDepth) {
 void PrintFinalLine() {
     if (UciMode) {
         PrintUciInfo(1, BOUND_NONE, 1);
+        if (DebugMode && IsTimedSearch()) {
+            Print("info string target %d maximum %d used %d centiseconds\n", TargetTime, MaxTime,
+                  LimitElapsed());
+        }
     } else {
         PrintThinkingLine();
     }

@@ -29,8 +29,6 @@
 
 namespace {
 
-int DebugMode = 0;  // "debug on"; nothing depends on it yet
-
 constexpr int VALUE_TOKEN = 4;  // setoption name X value Y
 
 // The rest of the line from the value on, inner blanks included.

@@ -1,5 +1,6 @@
 #include "platform/input.h"
 
+#include <algorithm>
 #include <deque>
 
 #include "platform/platform.h"
@@ -78,6 +79,10 @@ void UnreadLine(const std::string& line) {
 
 bool HasKeptLine() {
     return !Lines().Kept.empty();
+}
+
+bool HasKeptLine(bool (*isOfKind)(const std::string& line)) {
+    return std::any_of(Lines().Kept.begin(), Lines().Kept.end(), isOfKind);
 }
 
 bool HasInputEnded() {

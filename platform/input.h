@@ -24,8 +24,9 @@ void KeepLine(const std::string& line);
 // Puts a line back in front of everything, to be returned by the next ReadLine.
 void UnreadLine(const std::string& line);
 
-// Whether a line has been kept for later.
+// Whether a line has been kept for later; and whether one of a kind has.
 bool HasKeptLine();
+bool HasKeptLine(bool (*isOfKind)(const std::string& line));
 
 // Whether standard input has ended and every line of it has been taken; never waits.
 bool HasInputEnded();

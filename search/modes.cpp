@@ -2,6 +2,7 @@
 
 int UciMode = 0;
 int ProtocolVersion = 1;
+int DebugMode = 0;
 int PostMode = 0;
 int PonderingAllowed = 1;
 int PonderingOn = 1;

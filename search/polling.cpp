@@ -174,6 +174,8 @@ void CheckTime() {
 }
 
 void PollDuringSearch() {
+    // It may have been kept behind the very line that began this search.
+    if (HasKeptLine(TakesGameAway)) StopRequested = MoveUnwanted = 1;
     std::string line;
     for (;;) {
         if (HasKeptLine() && IsInterruptible()) StopRequested = 1;
