@@ -56,7 +56,8 @@ bool MayClaimRepetition() {
 
 // A mate with the hundredth ply comes before the draw.
 bool MayClaimFiftyMoves() {
-    return GamePly() > 0 && board.Fifty >= 100 && (!AreClaimsJudged() || HasLegalReply());
+    if (GamePly() == 0 || board.Fifty < 100) return false;
+    return !AreClaimsJudged() || !IsKingAttacked(board.SideToMove) || HasLegalReply();
 }
 
 void AnnounceEnd(bool isInCheck) {

@@ -139,6 +139,15 @@ TEST(XboardTest, ClaimsDrawsByTheRules) {
     EXPECT_EQ(engine.Say("new\n" + twice + "go").find(claim), 0u);
     EXPECT_NE(Transcript("xboard\n" + once + "go").find(claim), std::string::npos)
         << "version 1 is told what the search takes for a draw";
+    std::string fifty = start;
+    for (int i = 0; i < 25; ++i) fifty += back;
+    const std::string both = claim + "1/2-1/2 {Draw by the 50-moves rule}\n";
+    EXPECT_EQ(engine.Say("new\n" + fifty + "go").find(both), 0u);
+    EXPECT_EQ(Transcript("uci\n" + fifty + "go depth 3").find("1/2"), std::string::npos) << "silent";
+    // A mate with the hundredth ply ends the game before the draw.
+    std::string mate = "new\n" + start + "setboard 7k/8/6K1/8/8/8/8/R7 b - - 0 1\nh8g8\na1a2\n";
+    for (int i = 0; i < 24; ++i) mate += "g8h8\na2a1\nh8g8\na1a2\n";
+    EXPECT_EQ(engine.Say(mate + "g8h8\na2a8\ngo"), "1-0 {White mates}\n");
 }
 
 TEST(XboardTest, TakesADrawWhenItStandsWorse) {
