@@ -170,6 +170,13 @@ void LoadPosition() {
     LoadFEN(place + WORD + 1);
 }
 
+// Plays the moves of the line, if it names any.
+void PlayNamedMoves() {
+    for (int i = 2; i < TokenCount; ++i) {
+        if (MatchKeyword("moves", Tokens[i])) return PlayMoves(i);
+    }
+}
+
 }  // namespace
 
 void ChangeTablebasePath(const char* path) {
@@ -219,19 +226,16 @@ void RunSetOption() {
 void RunPosition() {
     if (TokenCount < 2) return;
     LastBestMove = NO_MOVE;
-    // Nothing says whether the game is the same one.
+    // It follows from the clocks of the game, whichever this is.
     DrawScore = 0;
     if (MatchKeyword("startpos", Tokens[1])) {
         NewGame();
     } else if (MatchKeyword("fen", Tokens[1])) {
         LoadPosition();
     }
-    if (TokenCount < 4) return;
-    for (int i = 2; i < TokenCount; ++i) {
-        if (!MatchKeyword("moves", Tokens[i])) continue;
-        PlayMoves(i);
-        return;
-    }
+    if (TokenCount >= 4) PlayNamedMoves();
+    // Nothing else tells of a new game: what an interface says for that is answered as "uci", deliberately.
+    if (!ContinuesSearchedGame()) ResetRootMemory();
 }
 
 void ReadGoParameters() {

@@ -35,6 +35,9 @@ uint64_t ExpectedKey = 0;
 int ExpectedSide = WHITE;
 Move ExpectedAnswer = NO_MOVE;
 
+// Where the game that was searched last stood before its last move.
+uint64_t SearchedKey = 0;
+
 int TakeRootScore(int i, int score, int boundType) {
     RootScore = score;
     SetMaterialWindow();
@@ -125,6 +128,7 @@ void ResetSearch() {
     CurrentRootMove = 0;
     EngineSide = board.SideToMove;
     RootGamePly = GamePly();
+    SearchedKey = HistoryLength > 0 ? History[HistoryLength - 1].HashKey : board.HashKey;
     Ply = 0;
     PonderMove = NO_MOVE;
     SetPollCountdown();
@@ -172,6 +176,11 @@ void ExpectMove(Move move) {
     ExpectedKey = PositionKey();
     ExpectedSide = board.SideToMove;
     ExpectedAnswer = move;
+}
+
+bool ContinuesSearchedGame() {
+    const auto isIt = [](const HistoryRecord& record) { return record.HashKey == SearchedKey; };
+    return board.HashKey == SearchedKey || std::any_of(History, History + HistoryLength, isIt);
 }
 
 void ResetRootMemory() {

@@ -29,5 +29,9 @@ int IterativeDeepening(int maxDepth, int useBook);
 // Remembers that the engine expects to play `move` in the position on the board.
 void ExpectMove(Move move);
 
+// Whether the game on the board goes on from the one that was searched last, which may have taken another
+// turn at its last move.
+bool ContinuesSearchedGame();
+
 // Forgets what was learnt for the next search of the same game: scores, expectations, the count of searches.
 void ResetRootMemory();

@@ -67,6 +67,20 @@ TEST(LimitsTest, MateSearchesFindTheirMateOrEnd) {
     }
 }
 
+// The score that stands when nothing has been searched yet: the game's last, none of another game.
+TEST(LimitsTest, ScoresBelongToTheirGame) {
+    const std::string won = "position fen 4k3/8/8/8/8/8/PPPP4/R3K3 w - -", none = "\ngo depth 1";
+    UciSession engine;
+    engine.BestMove(won + " moves e1e2 e8e7\ngo depth 6");
+    const auto score = [&](const std::string& position) {
+        engine.Send("setoption name Clear Hash");
+        return Reported(engine, position + none, " score cp ");
+    };
+    EXPECT_GT(score(won + " moves e1e2 e8e7 a2a4 e7e6"), 300);
+    EXPECT_GT(score(won + " moves e1e2 e8e7 a2a4 e7d7"), 300) << "the prediction may have failed";
+    EXPECT_EQ(score("position startpos"), 0);
+}
+
 TEST(LimitsTest, BindAtTheConsole) {
     for (const std::string limit : {"sd 3", "st 1", "level 40 0:01 0\ntime 30", "time 0"}) {
         Session engine("Pondering = off");
