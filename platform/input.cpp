@@ -64,6 +64,10 @@ bool ReadLine(std::string& line) {
     return TakeFirst(Lines().Complete, line);
 }
 
+bool InputAvailable() {
+    return !Lines().Complete.empty() || Lines().IsClosed || IsInputWaiting();
+}
+
 bool TakeWaitingLine(std::string& line) {
     ReadWithoutWaiting();
     return TakeFirst(Lines().Complete, line);

@@ -14,6 +14,9 @@ constexpr size_t LINE_LIMIT = 65536;
 // come first, in the order in which they were kept. False at the end of input, when no line is left.
 bool ReadLine(std::string& line);
 
+// Whether there is anything to take: a complete line, bytes that have not been read, or the end. Never waits.
+bool InputAvailable();
+
 // Takes the next line from the input proper, never waiting and ignoring kept lines; false when none is
 // complete.
 bool TakeWaitingLine(std::string& line);

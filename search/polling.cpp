@@ -160,7 +160,7 @@ void SetPollCountdown() {
 
 void CheckTime() {
     constexpr int PRE_SEARCH_TIME = 100;  // centiseconds
-    PollDuringSearch();
+    if (InputAvailable() || HasKeptLine()) PollDuringSearch();
     SetPollCountdown();
     if (StopRequested) return;
     if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = 1;
