@@ -1,11 +1,16 @@
 #include <fcntl.h>
 #include <io.h>
+#define NOMINMAX
 #include <windows.h>
 
-#include <cctype>
+#include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <thread>
 
 #include "platform/platform.h"
 
@@ -16,46 +21,85 @@ int64_t ClockMs() {
 
 namespace {
 
-// Standard input, examined on first use: a console loses mouse and window events, which are not lines.
-struct InputHandle {
-    HANDLE Handle = GetStdHandle(STD_INPUT_HANDLE);
-    bool IsConsole = false;
+HANDLE InputHandle() {
+    return GetStdHandle(STD_INPUT_HANDLE);
+}
 
-    InputHandle() {
-        DWORD mode = 0;
-        IsConsole = GetConsoleMode(Handle, &mode) != 0;
-        if (IsConsole) {
-            SetConsoleMode(Handle, mode & ~(ENABLE_MOUSE_INPUT | ENABLE_WINDOW_INPUT));
-            FlushConsoleInputBuffer(Handle);
+// A file never keeps its reader waiting; it needs no thread. Asked once: while a thread reads, the question
+// waits.
+bool IsInputFile() {
+    static const bool isFile = GetFileType(InputHandle()) == FILE_TYPE_DISK;
+    return isFile;
+}
+
+size_t ReadInputHandle(char* buffer, size_t size) {
+    DWORD count = 0;
+    return ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) != 0 ? count : 0;
+}
+
+// Waits for standard input in a thread of its own, which touches nothing else. Pipes could be peeked at, but
+// not of every kind, and a console that holds half a line reports input on which a read would wait.
+class InputReader {
+  public:
+    InputReader() {
+        std::thread([this] { Run(); }).detach();
+    }
+
+    bool IsWaiting() {
+        const std::lock_guard lock(mutex_);
+        return IsReady();
+    }
+
+    size_t Take(char* buffer, size_t size) {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return IsReady(); });
+        const size_t count = std::min(size, end_ - start_);
+        std::copy_n(bytes_ + start_, count, buffer);
+        start_ += count;
+        changed_.notify_one();
+        return count;
+    }
+
+  private:
+    bool IsReady() const { return start_ < end_ || hasEnded_; }
+
+    void Run() {
+        for (std::unique_lock lock(mutex_); !hasEnded_; changed_.notify_one()) {
+            changed_.wait(lock, [this] { return start_ == end_; });
+            // What has been taken belongs to this thread until there are new bytes.
+            lock.unlock();
+            const size_t count = ReadInputHandle(bytes_, sizeof bytes_);
+            lock.lock();
+            start_ = 0;
+            end_ = count;
+            hasEnded_ = count == 0;
         }
     }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;  // bytes have come, or have all been taken
+    char bytes_[4096];
+    size_t start_ = 0, end_ = 0;  // what of bytes_ has not been taken
+    bool hasEnded_ = false;
 };
 
-const InputHandle& Input() {
-    static const InputHandle input;
-    return input;
+// Started on first use and never destroyed: the thread outlives main.
+InputReader& Reader() {
+    static InputReader& reader = *new InputReader;
+    return reader;
 }
 
 }  // namespace
 
 bool IsInputWaiting() {
-    DWORD count = 0;
-    if (Input().IsConsole) {
-        // One event is always pending on some systems: the release of the key that ended the last line.
-        return GetNumberOfConsoleInputEvents(Input().Handle, &count) != 0 && count > 1;
-    }
-    if (GetFileType(Input().Handle) == FILE_TYPE_DISK) return true;
-    // A pipe that can't be peeked at has been closed: the read that follows reports the end of input.
-    return PeekNamedPipe(Input().Handle, nullptr, 0, nullptr, &count, nullptr) == 0 || count > 0;
+    return IsInputFile() || Reader().IsWaiting();
 }
 
 size_t ReadRawInput(char* buffer, size_t size) {
-    const int count = _read(_fileno(stdin), buffer, static_cast<unsigned>(size));
-    return count > 0 ? static_cast<size_t>(count) : 0;
+    return IsInputFile() ? ReadInputHandle(buffer, size) : Reader().Take(buffer, size);
 }
 
 void PrepareStandardStreams() {
-    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
 }
 
@@ -79,12 +123,17 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     std::vector<std::string> names;
     std::string pattern = directory;
     if (!pattern.empty() && pattern.back() != '\\' && pattern.back() != '/') pattern += '\\';
-    pattern += "*" + suffix;
+    pattern += '*';
     WIN32_FIND_DATAA found;
     const HANDLE search = FindFirstFileA(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return names;
     do {
-        names.emplace_back(found.cFileName);
+        // Compared here: a pattern with the suffix would be held against short names, too.
+        const std::string name = found.cFileName;
+        if (name.size() >= suffix.size() &&
+            _stricmp(name.c_str() + name.size() - suffix.size(), suffix.c_str()) == 0) {
+            names.push_back(name);
+        }
     } while (FindNextFileA(search, &found) != 0);
     FindClose(search);
     return names;

@@ -163,7 +163,7 @@ void CheckTime() {
     if (InputAvailable() || HasKeptLine()) PollDuringSearch();
     SetPollCountdown();
     if (StopRequested) return;
-    if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = 1;
+    if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = LIMIT_REACHED;
     if (QuietPreSearch && ElapsedTime() > PRE_SEARCH_TIME) {
         StopRequested = 1;
         QuietPreSearch = 0;
@@ -186,6 +186,7 @@ void PollDuringSearch() {
 }
 
 void WaitForInput() {
+    if (StopRequested == LIMIT_REACHED && IsWaitingSearch()) StopRequested = 0;
     while (!StopRequested && IsWaitingSearch()) {
         PollDuringSearch();
         if (!StopRequested && IsWaitingSearch()) std::this_thread::sleep_for(std::chrono::milliseconds(2));

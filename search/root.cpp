@@ -90,7 +90,7 @@ void RunIteration(int depth) {
     if (depth >= 4) PollCountdown = -1;
     ++Nodes;
     --PollCountdown;
-    if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = 1;
+    if (NodeLimit > 0 && Nodes >= NodeLimit) StopRequested = LIMIT_REACHED;
     SetMaterialWindow();
     CurrentRootMove = 0;
     if (UciMode && Nodes > 200000) PrintUciInfo(1, BOUND_NONE, 0);

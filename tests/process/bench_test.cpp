@@ -24,7 +24,7 @@ void ExpectRecordedNodes(Engine& engine) {
 }
 
 TEST(BenchTest, CountsTheSameNodesAsAnArgument) {
-    Engine engine(KESTROVAN_ENGINE, "", "bench");
+    Engine engine(EnginePath(), "", "bench");
     engine.Send("quit");  // read by nobody
     ExpectRecordedNodes(engine);
     EXPECT_EQ(engine.ReadToEnd(), "");
@@ -84,7 +84,7 @@ TEST(BenchTest, EndsWhenToldAndLeavesAllElse) {
 }
 
 TEST(BenchTest, IsTheOnlyArgument) {
-    Engine engine(KESTROVAN_ENGINE, "", "benches");
+    Engine engine(EnginePath(), "", "benches");
     EXPECT_EQ(engine.ReadToEnd(), "") << "the usage line goes to the error stream";
     EXPECT_EQ(engine.WaitForExit(), 2);
 }

@@ -110,7 +110,7 @@ TEST(InterpreterTest, ArrivesAtTheSamePosition) {
 
 TEST(InterpreterTest, EndsWhenTold) {
     for (const char* line : {"q", "QUIT", "  qwerty 5", "edit\n#.q", "uci\ngo infinite\nq"}) {
-        Engine engine(KESTROVAN_ENGINE);
+        Engine engine(EnginePath());
         engine.Send(line);
         EXPECT_EQ(engine.WaitForExit(), 0) << line;
     }

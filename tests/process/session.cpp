@@ -3,8 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
-Session::Session(const std::string& settings) : Engine(KESTROVAN_ENGINE, settings) {
+std::string EnginePath() {
+    const char* other = std::getenv("KESTROVAN_ENGINE");
+    return other != nullptr ? other : KESTROVAN_ENGINE;
+}
+
+Session::Session(const std::string& settings) : Engine(EnginePath(), settings) {
     Ask("");
 }
 
@@ -16,7 +22,7 @@ std::string Session::BestMove(const std::string& lines) {
 }
 
 std::string WholeOutput(const std::string& input, const std::string& settings) {
-    Engine engine(KESTROVAN_ENGINE, settings);
+    Engine engine(EnginePath(), settings);
     engine.SendBytes(input);
     std::string output = engine.ReadToEnd();
     EXPECT_EQ(engine.WaitForExit(), 0) << settings << input.substr(0, 200);

@@ -7,6 +7,10 @@
 
 // The engine under test, as the tests use it.
 
+// The program that is started: the one built with the tests, or what the environment variable
+// KESTROVAN_ENGINE names by its full path.
+std::string EnginePath();
+
 // A console engine whose start-up output has been read.
 class Session : public Engine {
   public:
