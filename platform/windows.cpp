@@ -21,15 +21,33 @@ int64_t ClockMs() {
 
 namespace {
 
+enum class InputKind { CONSOLE, FILE, PIPE, OTHER };
+
 HANDLE InputHandle() {
     return GetStdHandle(STD_INPUT_HANDLE);
 }
 
-// A file never keeps its reader waiting; it needs no thread. Asked once: while a thread reads, the question
-// waits.
-bool IsInputFile() {
-    static const bool isFile = GetFileType(InputHandle()) == FILE_TYPE_DISK;
-    return isFile;
+bool IsPeekable() {
+    return PeekNamedPipe(InputHandle(), nullptr, 0, nullptr, nullptr, nullptr) != 0 ||
+           GetLastError() == ERROR_BROKEN_PIPE;
+}
+
+// Examines standard input. A console loses mouse and window events, which are not lines.
+InputKind ExamineInput() {
+    DWORD mode = 0;
+    if (GetConsoleMode(InputHandle(), &mode) != 0) {
+        SetConsoleMode(InputHandle(), mode & ~(ENABLE_MOUSE_INPUT | ENABLE_WINDOW_INPUT));
+        FlushConsoleInputBuffer(InputHandle());
+        return InputKind::CONSOLE;
+    }
+    if (GetFileType(InputHandle()) == FILE_TYPE_DISK) return InputKind::FILE;
+    return IsPeekable() ? InputKind::PIPE : InputKind::OTHER;
+}
+
+// Asked once, on first use: while a thread reads, some of the questions wait.
+InputKind KindOfInput() {
+    static const InputKind kind = ExamineInput();
+    return kind;
 }
 
 size_t ReadInputHandle(char* buffer, size_t size) {
@@ -37,8 +55,8 @@ size_t ReadInputHandle(char* buffer, size_t size) {
     return ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) != 0 ? count : 0;
 }
 
-// Waits for standard input in a thread of its own, which touches nothing else. Pipes could be peeked at, but
-// not of every kind, and a console that holds half a line reports input on which a read would wait.
+// Waits for standard input of other kinds, such as pipes that a system beneath has made, in a thread of its
+// own, which touches nothing else: nothing tells beforehand whether a read of them would wait.
 class InputReader {
   public:
     InputReader() {
@@ -92,11 +110,23 @@ InputReader& Reader() {
 }  // namespace
 
 bool IsInputWaiting() {
-    return IsInputFile() || Reader().IsWaiting();
+    DWORD count = 0;
+    switch (KindOfInput()) {
+        case InputKind::CONSOLE:
+            // One event is always pending on some systems: the release of the key that ended the last line.
+            return GetNumberOfConsoleInputEvents(InputHandle(), &count) != 0 && count > 1;
+        case InputKind::FILE:
+            return true;
+        case InputKind::PIPE:
+            // One that can no longer be peeked at has been closed: the read that follows reports the end.
+            return PeekNamedPipe(InputHandle(), nullptr, 0, nullptr, &count, nullptr) == 0 || count > 0;
+        default:
+            return Reader().IsWaiting();
+    }
 }
 
 size_t ReadRawInput(char* buffer, size_t size) {
-    return IsInputFile() ? ReadInputHandle(buffer, size) : Reader().Take(buffer, size);
+    return KindOfInput() == InputKind::OTHER ? Reader().Take(buffer, size) : ReadInputHandle(buffer, size);
 }
 
 void PrepareStandardStreams() {
