@@ -59,6 +59,9 @@ const char* const POSITIONS[] = {
 
 std::mt19937 Random;
 
+// What has been said since the last check, for the report of a fault.
+std::string Said;
+
 size_t Below(size_t limit) {
     return Random() % limit;
 }
@@ -105,11 +108,14 @@ void Torture(const std::string& path, int seconds) {
     long commands = 0, checks = 0;
     do {
         for (int i = 0; i < COMMANDS_PER_CHECK; ++i, ++commands) {
-            engine.Send(MakeCommand());
+            const std::string command = MakeCommand();
+            Said += command + "\n";
+            engine.Send(command);
             // Mostly at once behind each other, at times after a search has got under way or has ended.
             if (Below(3) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(Below(60)));
         }
         Check(engine, referee);
+        Said.clear();
         ++checks;
     } while (Clock::now() < end);
     engine.Send("quit");
@@ -129,7 +135,7 @@ int main(int argc, char** argv) {
     try {
         Torture(std::filesystem::absolute(argv[1]), std::atoi(argv[2]));
     } catch (const std::exception& fault) {
-        std::printf("%s\n", std::string(fault.what()).substr(0, 2000).c_str());
+        std::printf("%s%s\n", Said.c_str(), std::string(fault.what()).substr(0, 2000).c_str());
         return 1;
     }
     return 0;
