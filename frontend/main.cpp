@@ -13,6 +13,7 @@ constexpr int USAGE_STATUS = 2;
 [[noreturn]] void RunBenchProgram() {
     EndInput();
     StartUp();
+    ReportTablebases();
     RunBench();
     ShutDown();
 }

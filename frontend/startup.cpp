@@ -1,8 +1,10 @@
 #include "frontend/startup.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <thread>
 
 #include "book/book.h"
 #include "core/attacks.h"
@@ -26,6 +28,7 @@ namespace {
 
 constexpr char BANNER[] = "Kestrovan v1.50 [r2055/01.01.2014]";
 constexpr char DEFAULT_BOOK[] = "Book.kvb";
+constexpr int GREETING_MS = 1000;  // more than an interface needs to say "xboard"
 
 void BuildTables() {
     InitHashKeys();
@@ -34,6 +37,20 @@ void BuildTables() {
     InitWeights();
     ReloadWeights();
     ClearRecaptureStatistics();
+}
+
+// Whether the first line of input is that of an xboard interface; waits for it a little, but not for somebody
+// to type.
+bool IsXboard() {
+    if (IsInputTyped()) return false;
+    const int64_t end = ClockMs() + GREETING_MS;
+    std::string line;
+    while (!TakeWaitingLine(line)) {
+        if (HasInputEnded() || ClockMs() >= end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    UnreadLine(line);
+    return line.starts_with("xboard");
 }
 
 }  // namespace
@@ -51,11 +68,8 @@ void PrintTablebaseCount() {
     FlushOutput();
 }
 
-void RegisterAndReportTablebases() {
-    FoundPieces = 0;
-    if (!UseEGTB) return;
-    RegisterTablebases();
-    PrintTablebaseCount();
+void ReportTablebases() {
+    if (UseEGTB) PrintTablebaseCount();
 }
 
 void StartUp() {
@@ -75,13 +89,17 @@ void StartUp() {
     // 3. The game.
     PostMode = 1;
     EngineTime = NO_CLOCK;
-    RegisterAndReportTablebases();
+    FoundPieces = 0;
+    if (UseEGTB) RegisterTablebases();
     NewGame();
     // No result is due before the first new game that a command starts.
     BookLearningDone = 1;
 }
 
 void RunCommandLoop() {
+    // While it gets to know a program, xboard takes a line with "not found" for the news that it can't be
+    // started.
+    if (FoundPieces > 0 || !IsXboard()) ReportTablebases();
     std::string line;
     while (ReadLine(line)) {
         SetInputLine(line);

@@ -12,12 +12,14 @@
 #include "eval/evaluate.h"
 #include "frontend/commands.h"
 #include "frontend/hashtables.h"
+#include "frontend/settings.h"
 #include "frontend/tokens.h"
 #include "platform/output.h"
 #include "search/draws.h"
 #include "search/modes.h"
 #include "search/root.h"
 #include "search/timecontrol.h"
+#include "search/transposition.h"
 
 namespace {
 
@@ -86,7 +88,10 @@ void RunUserMove() {
 }
 
 void RunMemory() {
-    if (TokenCount >= 2) ResizeTransposition(TokenNumber(1));
+    if (TokenCount < 2) return;
+    // Said before every game; a table of the right size stays.
+    const int megabytes = std::clamp(TokenNumber(1), 0, LARGEST_TABLE);
+    if (TranspositionEntries(megabytes) != HashEntries) ResizeTransposition(megabytes);
 }
 
 void RunTablebasePath() {

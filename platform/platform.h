@@ -13,6 +13,9 @@ int64_t ClockMs();
 // Whether a raw read of standard input would return without waiting (data, an event or the end of input).
 bool IsInputWaiting();
 
+// Whether standard input is typed at a terminal.
+bool IsInputTyped();
+
 // Reads at most `size` bytes of standard input and waits for at least one; 0 at the end of input or on error.
 size_t ReadRawInput(char* buffer, size_t size);
 

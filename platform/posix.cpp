@@ -24,6 +24,10 @@ bool IsInputWaiting() {
     return poll(&descriptor, 1, 0) > 0;
 }
 
+bool IsInputTyped() {
+    return isatty(STDIN_FILENO) != 0;
+}
+
 size_t ReadRawInput(char* buffer, size_t size) {
     for (;;) {
         const ssize_t count = read(STDIN_FILENO, buffer, size);
@@ -40,7 +44,7 @@ size_t ReadRawInput(char* buffer, size_t size) {
 
 void PrepareStandardStreams() {
     // Interfaces interrupt an engine to get its attention; a readable pipe is attention enough.
-    std::signal(SIGINT, isatty(STDIN_FILENO) ? SIG_DFL : SIG_IGN);
+    std::signal(SIGINT, IsInputTyped() ? SIG_DFL : SIG_IGN);
 }
 
 void* AllocateTable(size_t bytes) {

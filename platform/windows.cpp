@@ -125,6 +125,10 @@ bool IsInputWaiting() {
     }
 }
 
+bool IsInputTyped() {
+    return KindOfInput() == InputKind::CONSOLE;
+}
+
 size_t ReadRawInput(char* buffer, size_t size) {
     return KindOfInput() == InputKind::OTHER ? Reader().Take(buffer, size) : ReadInputHandle(buffer, size);
 }

@@ -92,6 +92,8 @@ bool TakesGameAway(const std::string& line) {
 // Lines that end the search, even behind one that has been kept, and are then interpreted like any other;
 // false for any other line.
 bool HandleEndingLine(const std::string& line) {
+    // The game is over; pondering goes on until a command ends it, deliberately.
+    if (Pondering && line.starts_with("result")) return true;
     const bool takesGameAway = TakesGameAway(line);
     if (!takesGameAway && line != "exit" && line != "post" && line != "nopost" && line != "hard")
         return false;

@@ -28,7 +28,7 @@ const char* const COMMANDS[] = {
     "exit", "ping %n", "ping %n", "setboard %p", "setboard", "level 40 0:05 0", "level 0 0:01 1",
     "level 0 1 0", "time %t", "time %t", "otim %t", "st 1", "sd %n", "hint", "draw", "random", "computer",
     "memory %n", "name x", "rating 1 %n", "variant normal", "accepted ping", "protover 2", "protover %n",
-    "xboard", "white", "black", "edit\n#\nKe1\nRa%n\nc\nKe8\n.", "edit\nxe2.", "moves", "brd", "evl",
+    "xboard", "white", "black", "edit\n#\nKe1\nRa1\nc\nKe8\n.", "edit\nxe2.", "moves", "brd", "evl",
     "perft 2", "loadfen %p", "reset", "clean", "reload", "demo", "help\n", "bkm", "mvd", "egtbstat", "c1 %n",
     "writevalues", "fritz", "egtpath nalimov /none", "epdevl values.txt",
     // UCI

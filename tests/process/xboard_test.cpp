@@ -51,6 +51,15 @@ TEST(XboardTest, NamesItsFeatures) {
     EXPECT_TRUE(line.ends_with(" done=1 ")) << "nothing may follow: " << line;
 }
 
+// xboard takes a line with "not found", before it knows the program, for a start that has failed.
+TEST(XboardTest, SaysNothingWrongAtTheStart) {
+    EXPECT_EQ(WholeOutput(HELLO).find("not found"), std::string::npos);
+    EXPECT_NE(WholeOutput("uci\n").find("\nEGTB files not found\nid name "), std::string::npos);
+    EXPECT_NE(WholeOutput("").find("\nEGTB files not found\n"), std::string::npos);
+    Engine silent(EnginePath());
+    silent.ReadUntil("EGTB files not found");
+}
+
 TEST(XboardTest, TakesPositionsAndMoves) {
     XboardSession engine("Pondering = off");
     const std::string enPassant = "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq ";
@@ -137,7 +146,7 @@ TEST(XboardTest, ClaimsDrawsByTheRules) {
     XboardSession engine;
     EXPECT_EQ(engine.Say(once + "go").find(claim), std::string::npos);
     EXPECT_EQ(engine.Say("new\n" + twice + "go").find(claim), 0u);
-    EXPECT_NE(Transcript("xboard\n" + once + "go").find(claim), std::string::npos)
+    EXPECT_NE(Transcript("new\nxboard\n" + once + "go").find(claim), std::string::npos)
         << "version 1 is told what the search takes for a draw";
     std::string fifty = start;
     for (int i = 0; i < 25; ++i) fifty += back;
