@@ -66,8 +66,12 @@ bool LooksLikeMove(const char* text) {
 
 const char* FindMoveText(const char* line) {
     constexpr char WORD[] = "usermove ";
-    if (std::strncmp(line, WORD, std::strlen(WORD)) == 0) line += std::strlen(WORD);
-    return LooksLikeMove(line) ? line : nullptr;
+    const char* text = line + std::strspn(line, " ");
+    const char* word = WORD;
+    while (*word != '\0' && FoldCase(*text) == *word) ++text, ++word;
+    if (*word != '\0') return LooksLikeMove(line) ? line : nullptr;
+    text += std::strspn(text, " ");
+    return LooksLikeMove(text) ? text : nullptr;
 }
 
 Move TextToMove(char fromFile, char fromRank, char toFile, char toRank, char promotionLetter) {

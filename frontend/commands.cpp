@@ -64,7 +64,7 @@ void RunMoveTime() {
 }
 
 void RunTime() {
-    if (TokenCount >= 2) EngineTime = ReadClockTime(Tokens[1]);
+    if (TokenCount >= 2) EngineTime = ClockTime(TokenNumber(1));
 }
 
 void RunHard() {

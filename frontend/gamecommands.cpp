@@ -53,6 +53,8 @@ void RunLevel() {
     if (TokenCount >= 3) {
         const int64_t seconds = hasSeconds ? TokenNumber(3) : 0;
         BaseTime = BoundToInt(TokenNumber(2) * MINUTE + seconds * SECOND);
+        // Until somebody tells the time.
+        if (EngineTime == NO_CLOCK && BaseTime > 0) EngineTime = BaseTime;
     }
     if (TokenCount >= 4) {
         OwnIncrement = OpponentIncrement = BoundToInt(TokenNumber(hasSeconds ? 4 : 3) * SECOND);

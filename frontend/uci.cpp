@@ -104,7 +104,7 @@ void ResetGoParameters() {
 template <int side>
 void ReadClock(int token) {
     if (board.SideToMove == side) {
-        EngineTime = BaseTime = ReadTime(token);
+        EngineTime = BaseTime = ClockTime(ReadTime(token));
     } else {
         OpponentTime = ReadTime(token);
     }

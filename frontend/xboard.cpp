@@ -43,12 +43,12 @@ std::string WithOwnEnPassant(const std::string& text) {
     return own;
 }
 
-// Whether a draw is as much as the engine can hope for: it stands worse, or nobody has much left to win with.
+// Whether a draw is as much as the engine can hope for, by the score of its last move: it stands worse, or,
+// after a while, nobody has much left to win with.
 bool WelcomesDraw() {
     constexpr int WORSE = -30;  // centipawns
-    if (GameSearches == 0) return false;
-    const int score = LastScoreSide == EngineSide ? LastScore : -LastScore;
-    return score <= WORSE || (score <= 0 && !HasManyPieces());
+    constexpr int SEARCHES = 10;
+    return LastScore <= WORSE || (LastScore <= 0 && !HasManyPieces() && GameSearches >= SEARCHES);
 }
 
 }  // namespace

@@ -52,7 +52,12 @@ InputKind KindOfInput() {
 
 size_t ReadInputHandle(char* buffer, size_t size) {
     DWORD count = 0;
-    return ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) != 0 ? count : 0;
+    while (ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) != 0) {
+        // Somebody may have written nothing into a pipe: that is not its end.
+        const bool mayGoOn = KindOfInput() == InputKind::PIPE || KindOfInput() == InputKind::OTHER;
+        if (count > 0 || !mayGoOn) return count;
+    }
+    return 0;
 }
 
 // Waits for standard input of other kinds, such as pipes that a system beneath has made, in a thread of its

@@ -1,7 +1,6 @@
 #include "search/draws.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "core/attacks.h"
 #include "core/bitboard.h"
@@ -89,16 +88,15 @@ bool IsRepetition() {
 }
 
 int CountOccurrences() {
+    const Board now = board;
+    const int length = HistoryLength;
     const uint64_t key = PositionKey();
-    const int reach = std::min(static_cast<int>(board.Fifty), HistoryLength);
-    std::vector<Move> moves;
     int count = 1;
-    while (static_cast<int>(moves.size()) < reach && LastMove() != NO_MOVE) {
-        moves.push_back(LastMove());
-        UnmakeMove();
-        if (moves.size() % 2 == 0 && PositionKey() == key) ++count;
+    for (int reach = std::min(static_cast<int>(board.Fifty), length); reach > 0 && TakeBackMove(); --reach) {
+        if (board.SideToMove == now.SideToMove && PositionKey() == key) ++count;
     }
-    for (; !moves.empty(); moves.pop_back()) MakeMove(moves.back(), 1);
+    board = now;
+    HistoryLength = length;
     return count;
 }
 

@@ -10,7 +10,7 @@
 extern int UciMode;           // replies in the UCI dialect; no result announcements
 extern int ProtocolVersion;   // of the xboard protocol: 1 until an interface names another
 extern int DebugMode;         // UCI: tells how the time was spent
-extern int PostMode;          // xboard thinking output is printed; also set by input
+extern int PostMode;          // xboard thinking output is printed
 extern int PonderingAllowed;  // the setting "Pondering": whether PonderingOn may be switched on
 extern int PonderingOn;       // think on the opponent's time; also set by input
 

@@ -36,6 +36,11 @@ void StopPondering() {
     RestartLimitClock();
 }
 
+std::string TrimBlanks(const std::string& text) {
+    const size_t start = text.find_first_not_of(' ');
+    return start == std::string::npos ? "" : text.substr(start, text.find_last_not_of(' ') - start + 1);
+}
+
 // Lines that are answered at any time, even behind one that has been kept; false for any other line.
 bool HandleUrgentLine(const std::string& line) {
     if (line == "?" || line == "stop") {
@@ -59,7 +64,8 @@ const char* FindArgument(const std::string& line, const std::string& keyword) {
     return line.c_str() + keyword.size() + 1;
 }
 
-// Lines that are carried out while the search goes on; false for any other line.
+// Lines that are carried out at once, after which the search goes on; but a clock makes an engine that is
+// thinking about its move answer. False for any other line.
 bool HandlePassingLine(const std::string& line) {
     if (line == ".") {
         AnswerStatistics();
@@ -70,8 +76,8 @@ bool HandlePassingLine(const std::string& line) {
     } else if (const char* opponentTime = FindArgument(line, "otim")) {
         OpponentTime = ReadNumber(opponentTime);
     } else if (const char* time = FindArgument(line, "time")) {
-        EngineTime = ReadClockTime(time);
-        if (!Pondering && !PonderSearch) StopRequested = 1;
+        EngineTime = ClockTime(ReadNumber(time));
+        if (!IsInterruptible()) StopRequested = 1;
     } else {
         return false;
     }
@@ -118,7 +124,8 @@ bool HandlePredictedMove(const std::string& line) {
     return true;
 }
 
-void HandleLine(const std::string& line) {
+void HandleLine(const std::string& raw) {
+    const std::string line = TrimBlanks(raw);
     if (HandleUrgentLine(line)) return;
     if (!HasKeptLine()) {
         if (HandlePassingLine(line)) return;
@@ -129,7 +136,7 @@ void HandleLine(const std::string& line) {
         // What is no command does nothing and must not end a search either.
         if (HandlePredictedMove(line) || !Hooks.IsCommand(line.c_str())) return;
     }
-    KeepLine(line);
+    KeepLine(raw);
 }
 
 // The rules by which a timed search goes on or stops.
@@ -171,7 +178,7 @@ void CheckTime() {
         QuietPreSearch = 0;
     }
     if (UciMode) CountDownNodeRate();
-    if (!IsTimedSearch() || IsWaitingSearch() || Analyzing) return;
+    if (!IsTimedSearch() || IsInterruptible()) return;
     if (IsTimeUp()) StopRequested = 1;
 }
 

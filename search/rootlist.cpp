@@ -39,15 +39,16 @@ bool HasTooLittle(int side) {
            board.PieceNumber[PAWN][side] == 0;
 }
 
-// Whether results are announced: a predicted move is not on the real board.
-bool MayAnnounce() {
-    return !UciMode && !Pondering;
-}
-
 // Interfaces of protocol version 2 take an announcement for a claim, which has to hold by the rules. Others
 // are told as soon as the search counts the game as drawn.
 bool AreClaimsJudged() {
     return ProtocolVersion >= 2;
+}
+
+// Whether results are announced: a predicted move is not on the real board, and nobody plays what is
+// analysed.
+bool MayAnnounce() {
+    return !UciMode && !Pondering && !(Analyzing && AreClaimsJudged());
 }
 
 bool MayClaimRepetition() {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "core/textnumber.h"
 #include "platform/platform.h"
 #include "search/draws.h"
 #include "search/modes.h"
@@ -43,8 +42,9 @@ int64_t CountMovesLeft(int gamePly) {
     return std::min(HORIZON, control - gameMove + 1);
 }
 
-// The draw score by how short the own time is, in tenths of `unit`, both centiseconds after the reserve: only
-// while the opponent has even less, so much that a draw would be a gift to him in sudden death only.
+// The draw score of an engine that is clearly ahead on the clock: the shorter its own time, counted in tenths
+// of a unit, the more welcome a draw. With a further control to come only when that time is very short.
+// `time` is what is left without the reserve.
 void SetContempt(int64_t time, int64_t half) {
     constexpr int DRAW_SCORES[] = {50, 40, 32, 26, 22, 20, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5};
     constexpr int64_t LAST = std::size(DRAW_SCORES) - 1;
@@ -63,8 +63,7 @@ void SetPollInterval() {
 
 }  // namespace
 
-int ReadClockTime(const char* text) {
-    const int time = ReadNumber(text);
+int ClockTime(int time) {
     return time == NO_CLOCK ? 0 : time;
 }
 

@@ -29,8 +29,8 @@ extern int PollInterval;  // nodes between two looks at clock and input
 
 extern int GameSearches;  // searches made in this game; counted by the search, reset by a new game
 
-// The time that a clock command names; never NO_CLOCK, which an overdrawn clock must not turn into.
-int ReadClockTime(const char* text);
+// The time on a clock as EngineTime: never NO_CLOCK, which an overdrawn clock must not turn into.
+int ClockTime(int time);
 
 // Whether the search under way keeps to TargetTime and MaxTime.
 bool IsTimedSearch();

@@ -44,7 +44,7 @@ const char* const COMMANDS[] = {
 const char* const MOVES[] = {"e2e4", "e7e5",  "g1f3",  "b8c6",  "f1b5", "a7a6", "d2d4",
                              "d7d5", "c2c4",  "e7e6",  "b1c3",  "g8f6", "e1g1", "e8g8",
                              "e4e5", "a7a8q", "a2a1n", "h7h8x", "e1e2", "a1a8"};
-const char* const TIMES[] = {"0", "1", "3", "20", "100", "400", "-50", "2147483647", "99999999999"};
+const char* const TIMES[] = {"0", "1", "3", "20", "100", "400", "-50", "-15", "2147483647", "99999999999"};
 const char* const POSITIONS[] = {
     "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
     "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
@@ -97,6 +97,7 @@ void Check(Engine& engine, Engine& referee) {
     const std::string move = answer.substr(9, answer.find(' ', 9) - 9);
     referee.Ask("new\nforce\ne2e4");
     if (!referee.Ask(move).empty()) throw std::runtime_error("not a legal move: " + answer);
+    if (!engine.Ask("stop\nponderhit").empty()) throw std::runtime_error("more than an answer");
 }
 
 void Torture(const std::string& path, int seconds) {

@@ -109,7 +109,7 @@ TEST(UciTest, IsReadyInEverySearch) {
         engine.ReadUntil("readyok");
         engine.ReadUntil("readyok");
         EXPECT_FALSE(HasLine(lines, "bestmove")) << go;
-        engine.Send("stop\nstop");
+        engine.Send("stop \n stop");
         const std::string answer = engine.ReadUntil("bestmove ").back();
         ExpectLegalAnswer(START, answer);
         const std::string move = SplitWords(answer)[1];
@@ -122,7 +122,7 @@ TEST(UciTest, EveryGoIsAnsweredOnce) {
     UciSession engine;
     std::istringstream limits(
         "depth 1\ndepth 0\ndepth -1\ndepth x\ndepth 2 depth 3\nnodes 1\nmovetime 1\nmovetime 0\n"
-        "movetime -5\nwtime 0 btime 0\nwtime -100 btime -100 winc -1 binc -1\n"
+        "movetime -5\nwtime 0 btime 0\nwtime -10 btime -19\nwtime -100 btime -100 winc -1 binc -1\n"
         "wtime 1 btime 1 movestogo 1\nwtime 30 btime 30 movestogo 0\nwtime 30 btime 30 movestogo -3\n"
         "mate 1\nwtime 99999999999999999999 winc 2147483647 depth 3\nmovetime 2147483648 depth 3\n"
         "xyzzy depth 2 -\ndepth 2 searchmoves\ndepth 2 searchmoves e2e5\n");

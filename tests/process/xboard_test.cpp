@@ -67,6 +67,7 @@ TEST(XboardTest, TakesPositionsAndMoves) {
     EXPECT_EQ(engine.Say("setboard " + enPassant + "d5 0 3\ne5d6"), "") << "the program's own form, too";
     EXPECT_EQ(engine.Say("setboard " + enPassant + "- 0 3\nusermove e5d6"), "Illegal move: e5d6\n");
     EXPECT_EQ(engine.Say("usermove O-O"), "Illegal move: O-O\n");
+    EXPECT_EQ(engine.Say("new\nforce\n usermove e2e4\nUsermove  E7E5\nUSERMOVE g1f3 "), "");
     // A game on the board outlives positions that can't be.
     const std::string board = engine.Say("new\nforce\nusermove e2e4\nusermove e7e5\nbrd\nmvd");
     for (const char* text : {"", " ", " nonsense", " 8/8/8/8/8/8/8/8 w - - 0 1", " k7/8/8/8/8/8/8/R6K w"}) {
@@ -79,6 +80,7 @@ TEST(XboardTest, TakesPositionsAndMoves) {
     EXPECT_NE(engine.Say("egtpath nalimov /srv/my tables\negtbstat").find("\ntb_path = /srv/my tables\n"),
               std::string::npos);
     EXPECT_NE(engine.Say("new\nsd 3\nusermove e2e4").find("\nmove "), std::string::npos);
+    EXPECT_NE(engine.Say("new\nlevel 40 0:02 0\nusermove e2e4").find("\nmove "), std::string::npos);
 }
 
 // A ping that comes while a move is due is answered behind the move; others at once.
@@ -93,8 +95,9 @@ TEST(XboardTest, PingsAreAnsweredInTheirTurn) {
     EXPECT_TRUE(engine.Say(".").starts_with("stat01: ")) << "it is still pondering";
     EXPECT_EQ(engine.Say("new\nforce\nanalyze"), "");
     EXPECT_EQ(engine.Say("usermove e2e4\nusermove e2e4"), "Illegal move: e2e4\n");
-    EXPECT_TRUE(engine.Say(".").starts_with("stat01: "));
-    EXPECT_TRUE(engine.Say("exit\nundo\nbrd").ends_with(START_ROW + "\n"));
+    EXPECT_TRUE(engine.Say("time 100\notim 100\n.").starts_with("stat01: "));
+    EXPECT_EQ(engine.Say("g8f6\ng1f3\nf6g8\nf3g1\ng8f6\ng1f3\nf6g8\nf3g1"), "") << "nobody claims a draw";
+    EXPECT_TRUE(engine.Say("exit\nnew\nforce\ne2e4\nundo\nbrd").ends_with(START_ROW + "\n"));
 }
 
 // Whatever the program is doing, these lines are carried out in order, and a game can follow.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/board.h"
+#include "core/boardcheck.h"
 #include "core/fen.h"
 #include "core/keys.h"
 #include "core/legal.h"
@@ -83,11 +84,15 @@ TEST_F(DrawsTest, OccurrencesAreCountedByTheRules) {
     for (const auto& [fen, moves, count] : rows) {
         LoadFEN(fen.c_str());
         Play(moves);
-        const std::string before = GetFEN();
+        const Board before = board;
         const int plies = HistoryLength;
         EXPECT_EQ(CountOccurrences(), count) << fen << ": " << moves;
-        EXPECT_EQ(GetFEN(), before);
-        EXPECT_EQ(HistoryLength, plies);
+        EXPECT_TRUE(board == before && HistoryLength == plies && IsBoardExact()) << fen;
+        // A command may pass the turn at any time.
+        board.SideToMove ^= 1;
+        const Board passed = board;
+        CountOccurrences();
+        EXPECT_TRUE(board == passed && HistoryLength == plies) << fen;
     }
 }
 
