@@ -9,7 +9,6 @@
 #include "core/legal.h"
 #include "core/movetext.h"
 #include "core/positionfault.h"
-#include "eval/evaluate.h"
 #include "frontend/commands.h"
 #include "frontend/hashtables.h"
 #include "frontend/settings.h"

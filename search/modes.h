@@ -25,10 +25,10 @@ extern int QuietPreSearch;  // a silent search for a move to ponder on; it ends 
 extern Move PredictedMove;
 
 // What input has asked for during the search; cleared by ClearRequests before the next one.
-extern int
-    StopRequested;  // unwind the search; its results so far stand. LIMIT_REACHED when no input asked for it
-extern int MoveUnwanted;  // the game is out of the engine's hands: no move is to be made or announced
+extern int StopRequested;  // unwind the search; its results so far stand
+extern int MoveUnwanted;   // the game is out of the engine's hands: no move is to be made or announced
 
+// StopRequested when the node limit has asked for it, not input: a search that must wait for input waits.
 constexpr int LIMIT_REACHED = 2;
 
 void ClearRequests();
