@@ -9,13 +9,7 @@ uint64_t EnPassantKeys[8];
 
 namespace {
 
-// A linear congruential generator, written out so that the keys don't depend on the C library in use.
-uint32_t KeyState = 1;
-
-uint32_t NextDraw() {
-    KeyState = KeyState * 214013u + 2531011u;
-    return (KeyState >> 16) & 0x7FFF;
-}
+KeyGenerator Generator;
 
 // What a double step that ended on the square adds to the key: its file, when a pawn of `side` stands beside.
 uint64_t EnPassantKey(int victim, int side) {
@@ -27,12 +21,12 @@ uint64_t EnPassantKey(int victim, int side) {
 
 uint64_t RandomKey64() {
     uint64_t key = 0;
-    for (int bit = 0; bit < 64; ++bit) key |= static_cast<uint64_t>(NextDraw() & 1) << bit;
+    for (int bit = 0; bit < 64; ++bit) key |= static_cast<uint64_t>(Generator.Draw() & 1) << bit;
     return key;
 }
 
 void InitHashKeys() {
-    KeyState = 1;
+    Generator = KeyGenerator();
     for (int square = 0; square < 64; ++square) {
         for (const unsigned piece : {PAWN, KNIGHT, BISHOP, ROOK, QUEEN, KING}) {
             for (const int side : {WHITE, BLACK}) PieceKeys[side][piece][square] = RandomKey64();

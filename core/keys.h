@@ -9,6 +9,18 @@ extern uint64_t PieceKeys[2][PIECE_CODES][64];  // rows 0 and 4 stay zero
 extern uint64_t CastleKeys[16];                 // by CastlingFlags
 extern uint64_t EnPassantKeys[8];               // by file
 
+// The generator behind all keys: a linear congruential one, written out so that files with keys don't depend
+// on the C library in use.
+struct KeyGenerator {
+    uint32_t State = 1;
+
+    // The next draw: 15 bits.
+    constexpr uint32_t Draw() {
+        State = State * 214013u + 2531011u;
+        return (State >> 16) & 0x7FFF;
+    }
+};
+
 // The key that marks an entry of a hash table as empty.
 constexpr uint64_t EMPTY_KEY = 1234567;
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+// The keys by which books know positions. Castling rights and en passant are not in them.
+
+// The words that the keys are made of, by 64 x piece slot + square. A white man's slot is its piece code + 8,
+// a black man's the code. The same in every program that is to read the same books.
+extern const std::array<uint32_t, 1024> BookKeyTable1;
+extern const std::array<uint32_t, 1024> BookKeyTable2;
+
+struct BookKey {
+    uint32_t Key1 = 0, Key2 = 0;  // books sort them as signed numbers
+    bool operator==(const BookKey&) const = default;
+};
+
+// The key of the position on the board.
+BookKey CurrentBookKey();
