@@ -140,9 +140,8 @@ void ResetSearch() {
 
 // The iterations after which a mate in `moves` counts as disproved. The mate takes 2 * moves - 1 plies, but a
 // move that isn't the first costs two plies of depth, one that seems to lose material three and a quiet move
-// of a simple ending two more: an
-// ordinary mate is found by 4 * moves iterations, and a mixture of the dearer moves some later. They are
-// cheap: the window of the mate ends every line that lasts longer than it.
+// of a simple ending two more: an ordinary mate is found by 4 * moves iterations, and a mixture of the dearer
+// moves some later. They are cheap: the window of the mate ends every line that lasts longer than it.
 int CountMateIterations(int moves) {
     return std::min(6 * std::min(moves, DEEPEST_ITERATION) + 8, DEEPEST_ITERATION);
 }

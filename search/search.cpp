@@ -111,9 +111,8 @@ bool IsSimplified(const Node& node, Move move) {
     return node.IsSimpleEnding && TakesNothing(move);
 }
 
-// Whether the move is searched at its whole depth at once: captures that lose nothing
-// or, in check, have proved good, the table's move, killers, and what
-// speaks against the enemy king.
+// Whether the move is searched at its whole depth at once: captures that lose nothing or, in check, have
+// proved good, the table's move, killers, and what speaks against the enemy king.
 bool DeservesWholeDepth(const Node& node, const Candidate& candidate) {
     return candidate.Score >= SAFE_CAPTURE_SCORE || IsKillerScore(candidate.Score) ||
            RaisesOptimism(node, candidate);
