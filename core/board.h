@@ -5,8 +5,9 @@
 #include "core/types.h"
 
 // The one position, and the record of how it came about. Written by the procedures of this header, by make
-// and unmake (makemove.h), by whatever sets up a position or its side to move (fen.cpp, editboard.cpp, the
-// commands "white" and "black"), and by what rebuilds a sum of it (material.h, psqt.h); everybody reads.
+// and unmake (makemove.h), by a look back (rewind.h), by whatever sets up a position or its side to move
+// (fen.cpp, editboard.cpp, the commands "white" and "black"), and by what rebuilds a sum of it (material.h,
+// psqt.h); everybody reads.
 
 // A set of line-occupancy words: bit i of a word is set when square i of the line is occupied. Squares of a
 // rank count by file, those of all other lines by rank, so that one lookup table serves all four kinds.

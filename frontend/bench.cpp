@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "book/book.h"
+#include "book/booksettings.h"
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/movescore.h"
@@ -44,6 +44,7 @@ const FixedSetting FixedSettings[] = {
     {&MaxDepth, BENCH_DEPTH}, {&NodeLimit, 0},
     {&MateSearch, 0},         {&SearchMovesCount, 0},
     {&DrawScore, 0},          {&MultiPvCount, 1},
+    {&UseLearningData, 0},
 };
 
 // Gives the settings their fixed values while it lives. One that input has changed meanwhile, as "time" may,

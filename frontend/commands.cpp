@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "book/book.h"
+#include "book/bookchoice.h"
 #include "core/board.h"
 #include "core/boardtext.h"
 #include "core/movescore.h"
@@ -49,6 +49,11 @@ template <int side>
 void SetSideToMove() {
     board.SideToMove = side;
     EngineSide = ChangeSide(side);
+}
+
+void RunReset() {
+    if (LastScore == 0) LearnAbandonedGame();
+    ResetGameMemory();
 }
 
 void RunClean() {
@@ -101,7 +106,7 @@ const Command CommandChain[] = {
     {"help", RunHelp},
     {"new", NewGame},
     {"post", SetTo<PostMode, 1>},
-    {"reset", ResetGameMemory},
+    {"reset", RunReset},
     {"level", RunLevel},
     {"moves", RunMoves},
     {"edit", RunEdit},

@@ -1,10 +1,11 @@
 #include "frontend/newgame.h"
 
-#include "book/book.h"
+#include "book/booklearning.h"
 #include "core/board.h"
 #include "core/makemove.h"
 #include "core/movescore.h"
 #include "core/positionfault.h"
+#include "core/rewind.h"
 #include "eval/evaluate.h"
 #include "platform/output.h"
 #include "search/draws.h"
@@ -16,6 +17,13 @@
 int ForceMode = 0;
 int FritzMode = 0;
 
+void LearnAbandonedGame() {
+    if (!IsBookLearningDue() || board.SideToMove == LastScoreSide) return;
+    // The engine's last move has been answered by nobody.
+    const GameRewind game;
+    if (game.StepBack()) LearnBookGame(GAME_ENDED);
+}
+
 void ResetGameMemory() {
     ClearOrdering();
     ResetRootMemory();
@@ -23,6 +31,8 @@ void ResetGameMemory() {
 }
 
 void NewGame() {
+    const bool keepsMemory = FritzMode || UciMode;
+    if (!keepsMemory) LearnAbandonedGame();
     ResetBoard();
     MaxDepth = UNLIMITED_DEPTH;
     MoveTime = 0;
@@ -30,7 +40,7 @@ void NewGame() {
     EngineSide = BLACK;
     ForceMode = 0;
     DrawScore = 0;
-    if (FritzMode || UciMode) return;
+    if (keepsMemory) return;
     ResetGameMemory();
     ClearCheckReplies();
 }

@@ -12,6 +12,10 @@ extern int FritzMode;  // new games keep what was learnt; set by "fritz", never 
 // Clocks and time control stay.
 void NewGame();
 
+// Writes the end of a game that is given up for another into the book, if that is due: the engine has made
+// the last move, and nobody has lost or won by what it learnt since.
+void LearnAbandonedGame();
+
 // Forgets what the searches of the game have learnt; the position stays.
 void ResetGameMemory();
 

@@ -1,43 +1,35 @@
 #include "frontend/resign.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
 
 #include "core/board.h"
+#include "search/bookanswer.h"
 #include "search/root.h"
 
 int ResignValue = 800;
 int ResignTimes = 3;
 
-namespace {
+OwnMove ResignHistory[OWN_MOVES_KEPT];
 
-struct OwnMove {
-    uint64_t Key;  // HashKey after the move
-    int Score;     // centipawns from the engine's side
-};
-
-OwnMove ResignHistory[10];  // newest first; outlives games, checked against the game record
-
-// The HashKey of the position `plies` ago, 0 plies being the one on the board.
-uint64_t KeyBefore(int plies) {
-    return plies == 0 ? board.HashKey : History[HistoryLength - plies].HashKey;
+bool IsOfThisGame(int i) {
+    const int plies = 2 * i;
+    if (plies > HistoryLength) return false;
+    const uint64_t key = plies == 0 ? board.HashKey : History[HistoryLength - plies].HashKey;
+    return key == ResignHistory[i].Key;
 }
 
-}  // namespace
-
 void PushResignHistory() {
-    const int score = RootMoveCount == 1 ? ResignHistory[0].Score : RootScore;
+    const bool isForced = RootMoveCount == 1 && !IsBookMove;
+    const int score = isForced ? ResignHistory[0].Score : RootScore;
     std::copy_backward(ResignHistory, std::end(ResignHistory) - 1, std::end(ResignHistory));
-    ResignHistory[0] = {board.HashKey, score};
+    ResignHistory[0] = {board.HashKey, score, IsBookMove != 0};
 }
 
 bool ShouldResign() {
     int count = 0;
-    for (const OwnMove& own : ResignHistory) {
-        const int plies = 2 * count;
-        if (plies > HistoryLength || KeyBefore(plies) != own.Key || own.Score >= -int64_t{ResignValue})
-            return false;
+    while (count < OWN_MOVES_KEPT) {
+        if (!IsOfThisGame(count) || ResignHistory[count].Score >= -int64_t{ResignValue}) return false;
         if (++count >= ResignTimes) return true;
     }
     return false;

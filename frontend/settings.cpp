@@ -3,7 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "book/book.h"
+#include "book/bookfile.h"
+#include "book/booksettings.h"
 #include "core/textnumber.h"
 #include "egtb/tablebases.h"
 #include "eval/pawnhash.h"

@@ -6,7 +6,11 @@
 #include <string>
 #include <thread>
 
-#include "book/book.h"
+#include "book/bookfile.h"
+#include "book/booklearning.h"
+#include "book/booksettings.h"
+#include "book/learnfile.h"
+#include "book/learnscore.h"
 #include "core/attacks.h"
 #include "core/keys.h"
 #include "core/movescore.h"
@@ -22,12 +26,12 @@
 #include "platform/output.h"
 #include "platform/platform.h"
 #include "search/modes.h"
+#include "search/oracles.h"
 #include "search/timecontrol.h"
 
 namespace {
 
 constexpr char BANNER[] = "Kestrovan v1.50 [r2055/01.01.2014]";
-constexpr char DEFAULT_BOOK[] = "Book.kvb";
 constexpr int GREETING_MS = 1000;  // more than an interface needs to say "xboard"
 
 void BuildTables() {
@@ -84,8 +88,10 @@ void StartUp() {
     // 2. Memory and files. The keys were drawn before this seed, so they are the same in every run.
     AllocateHashTables();
     std::srand(static_cast<unsigned>(std::time(nullptr)));
-    if (!BookLoaded) OpenBook(DEFAULT_BOOK);
+    if (!BookLoaded) OpenBook(DefaultBookPath());
     PrintSettings();
+    if (UseLearningData || Learning) OpenLearningFile();
+    LearnedProber = FindLearnedScore;
     // 3. The game.
     PostMode = 1;
     EngineTime = NO_CLOCK;
@@ -111,5 +117,7 @@ void RunCommandLoop() {
 void ShutDown() {
     FlushOutput();
     FreeHashTables();
+    CloseLearningFile();
+    CloseBook();
     std::exit(0);
 }

@@ -1,14 +1,17 @@
 #include "frontend/think.h"
 
+#include "book/booksettings.h"
 #include "core/board.h"
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
 #include "eval/evaluate.h"
+#include "frontend/learning.h"
 #include "frontend/newgame.h"
 #include "frontend/resign.h"
 #include "platform/input.h"
 #include "platform/output.h"
+#include "search/bookanswer.h"
 #include "search/modes.h"
 #include "search/reports.h"
 #include "search/root.h"
@@ -65,11 +68,14 @@ void PlayBestMove() {
     const Move move = RootMove(0);
     LastScore = RootScore;
     LastScoreSide = board.SideToMove;
-    PrintFinalLine();
+    if (!IsBookMove) PrintFinalLine();
     if (IsMoveUnwanted()) return;
+    const bool isGame = EngineTime != INFINITE_TIME;
+    if (isGame) LearnFromScore();
     PlayMove(move);
     PushResignHistory();
     AnnounceMove(move);
+    if (isGame && Learning) UpdatePositionLearning();
 }
 
 // A short silent search for the reply to expect; 0 when it was cut short or the game is over.

@@ -3,7 +3,9 @@
 #include <sstream>
 #include <string>
 
-#include "book/book.h"
+#include "book/bookfile.h"
+#include "book/booklearning.h"
+#include "book/booksettings.h"
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/legal.h"
@@ -20,6 +22,7 @@
 #include "frontend/think.h"
 #include "frontend/tokens.h"
 #include "platform/output.h"
+#include "platform/platform.h"
 #include "search/draws.h"
 #include "search/modes.h"
 #include "search/multipv.h"
@@ -30,6 +33,7 @@
 namespace {
 
 constexpr int VALUE_TOKEN = 4;  // setoption name X value Y
+constexpr char ANNOUNCED_BOOK[] = ".\\book.kvb";
 
 // The rest of the line from the value on, inner blanks included.
 const char* ValueText() {
@@ -58,6 +62,13 @@ void SetOwnBook() {
     }
 }
 
+// An interface that sets every option to the default that was announced wants the book it would get anyway.
+void SetBook() {
+    const std::string name = ValueText(), ours = DefaultBookPath();
+    const bool isDefault = name == ANNOUNCED_BOOK && FileLength(name) < 0 && FileLength(ours) >= 0;
+    OpenBook(isDefault ? ours : name);
+}
+
 struct OptionRow {
     const char* Name;
     void (*Apply)();
@@ -75,7 +86,7 @@ const OptionRow OptionTable[] = {
     {"Clear", nullptr},  // a button of two words
     {"OwnBook", SetOwnBook},
     {"NalimovPath", [] { ChangeTablebasePath(ValueText()); }},
-    {"OpeningsBook", [] { OpenBook(ValueText()); }},
+    {"OpeningsBook", SetBook},
 };
 
 const OptionRow* FindOption(const char* name) {
@@ -191,7 +202,7 @@ void RunUci() {
     Print("option name Hash type spin min 0 max 1024 default 10\n");
     Print("option name PawnHash type spin min 0 max 1024 default 7\n");
     Print("option name NalimovPath type string default c:\\tablebases\\\n");
-    Print("option name OpeningsBook type string default .\\book.kvb\n");
+    Print("option name OpeningsBook type string default %s\n", ANNOUNCED_BOOK);
     Print("option name OwnBook type check default true\n");
     Print("option name NalimovCache type spin min 1 max 128 default 1\n");
     Print("option name MultiPV type spin min 1 max 1024 default 1\n");
@@ -235,7 +246,9 @@ void RunPosition() {
     }
     if (TokenCount >= 4) PlayNamedMoves();
     // Nothing else tells of a new game: what an interface says for that is answered as "uci", deliberately.
-    if (!ContinuesSearchedGame()) ResetRootMemory();
+    if (ContinuesSearchedGame()) return;
+    ResetRootMemory();
+    ResetBookGame();
 }
 
 void ReadGoParameters() {

@@ -30,6 +30,9 @@ void FreeTable(void* table);
 // The length of a file in bytes, or -1 when it can't be read.
 int64_t FileLength(const std::string& path);
 
+// The directory of the running program, with the separator at its end; empty when the system doesn't tell.
+std::string ProgramDirectory();
+
 // The names (without the directory) of the files in `directory` that end in `suffix`, unordered; the case of
 // ASCII letters in the ending does not matter. Empty when the directory can't be read.
 std::vector<std::string> FindFiles(const std::string& directory, const std::string& suffix);

@@ -1,16 +1,20 @@
 #include <dirent.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <strings.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 
 #include "platform/platform.h"
+#include "platform/sharedfile.h"
 
 int64_t ClockMs() {
     using namespace std::chrono;
@@ -82,4 +86,74 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     }
     closedir(stream);
     return names;
+}
+
+std::string ProgramDirectory() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    if (length <= 0) return "";
+    const std::string program(path, static_cast<size_t>(length));
+    return program.substr(0, program.rfind('/') + 1);
+}
+
+bool SharedFile::Open(const std::string& path, Access access) {
+    Close();
+    const int mode = access == READ_ONLY ? O_RDONLY : access == READ_WRITE ? O_RDWR : O_RDWR | O_CREAT;
+    // Without waiting for somebody at the other end of what turns out to be no file.
+    const int descriptor = open(path.c_str(), mode | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (descriptor < 0) return false;
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return false;
+    }
+    handle_ = descriptor;
+    isWritable_ = access != READ_ONLY;
+    return true;
+}
+
+void SharedFile::Close() {
+    if (IsOpen()) close(static_cast<int>(handle_));
+    handle_ = NONE;
+}
+
+int64_t SharedFile::Length() const {
+    struct stat status {};
+    return fstat(static_cast<int>(handle_), &status) == 0 ? status.st_size : -1;
+}
+
+size_t SharedFile::ReadAt(int64_t place, void* bytes, size_t size) const {
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pread(static_cast<int>(handle_), static_cast<char*>(bytes) + done, size - done,
+                                    place + static_cast<int64_t>(done));
+        if (count > 0) {
+            done += static_cast<size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            break;
+        }
+    }
+    return done;
+}
+
+bool SharedFile::WriteAt(int64_t place, const void* bytes, size_t size) {
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pwrite(static_cast<int>(handle_), static_cast<const char*>(bytes) + done,
+                                     size - done, place + static_cast<int64_t>(done));
+        if (count > 0) {
+            done += static_cast<size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SharedFile::TryLock() {
+    return flock(static_cast<int>(handle_), LOCK_EX | LOCK_NB) == 0;
+}
+
+void SharedFile::Unlock() {
+    flock(static_cast<int>(handle_), LOCK_UN);
 }

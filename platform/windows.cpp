@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "platform/platform.h"
+#include "platform/sharedfile.h"
 
 int64_t ClockMs() {
     using namespace std::chrono;
@@ -176,4 +177,81 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     } while (FindNextFileA(search, &found) != 0);
     FindClose(search);
     return names;
+}
+
+std::string ProgramDirectory() {
+    char path[MAX_PATH];
+    const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
+    if (length == 0 || length == MAX_PATH) return "";
+    const std::string program(path, length);
+    return program.substr(0, program.rfind('\\') + 1);
+}
+
+namespace {
+
+HANDLE AsHandle(intptr_t handle) {
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+// The place of a read, a write or a lock.
+OVERLAPPED At(int64_t place) {
+    OVERLAPPED overlapped{};
+    overlapped.Offset = static_cast<DWORD>(place);
+    overlapped.OffsetHigh = static_cast<DWORD>(place >> 32);
+    return overlapped;
+}
+
+// Locks keep others from reading what they cover, so they cover a byte that no file has.
+constexpr int64_t LOCK_PLACE = int64_t{1} << 62;
+
+}  // namespace
+
+bool SharedFile::Open(const std::string& path, Access access) {
+    Close();
+    const DWORD rights = access == READ_ONLY ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
+    const DWORD creation = access == READ_WRITE_OR_CREATE ? OPEN_ALWAYS : OPEN_EXISTING;
+    const HANDLE handle = CreateFileA(path.c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return false;
+    if (GetFileType(handle) != FILE_TYPE_DISK) {
+        CloseHandle(handle);
+        return false;
+    }
+    handle_ = reinterpret_cast<intptr_t>(handle);
+    isWritable_ = access != READ_ONLY;
+    return true;
+}
+
+void SharedFile::Close() {
+    if (IsOpen()) CloseHandle(AsHandle(handle_));
+    handle_ = NONE;
+}
+
+int64_t SharedFile::Length() const {
+    LARGE_INTEGER length{};
+    return GetFileSizeEx(AsHandle(handle_), &length) != 0 ? length.QuadPart : -1;
+}
+
+size_t SharedFile::ReadAt(int64_t place, void* bytes, size_t size) const {
+    OVERLAPPED start = At(place);
+    DWORD count = 0;
+    return ReadFile(AsHandle(handle_), bytes, static_cast<DWORD>(size), &count, &start) != 0 ? count : 0;
+}
+
+bool SharedFile::WriteAt(int64_t place, const void* bytes, size_t size) {
+    OVERLAPPED start = At(place);
+    DWORD count = 0;
+    return WriteFile(AsHandle(handle_), bytes, static_cast<DWORD>(size), &count, &start) != 0 &&
+           count == size;
+}
+
+bool SharedFile::TryLock() {
+    OVERLAPPED start = At(LOCK_PLACE);
+    return LockFileEx(AsHandle(handle_), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                      &start) != 0;
+}
+
+void SharedFile::Unlock() {
+    OVERLAPPED start = At(LOCK_PLACE);
+    UnlockFileEx(AsHandle(handle_), 0, 1, 0, &start);
 }

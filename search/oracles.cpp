@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "book/book.h"
+#include "book/booksettings.h"
 #include "core/board.h"
 #include "egtb/tablebases.h"
 #include "eval/evaluate.h"

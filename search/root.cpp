@@ -9,6 +9,7 @@
 #include "core/movescore.h"
 #include "eval/evaluate.h"
 #include "search/aspiration.h"
+#include "search/bookanswer.h"
 #include "search/evalcache.h"
 #include "search/materialwindow.h"
 #include "search/modes.h"
@@ -159,8 +160,13 @@ void Deepen(int maxDepth) {
 
 }  // namespace
 
-int IterativeDeepening(int maxDepth, int /*useBook*/) {
+int IterativeDeepening(int maxDepth, int useBook) {
     ResetSearch();
+    if (AnswerFromBook(useBook)) {
+        WaitForInput();
+        GameSearches = 0;
+        return 0;
+    }
     const int isOver = PrepareRoot();
     if (!isOver) {
         const bool isForced = RootMoveCount < 2 && !Analyzing;

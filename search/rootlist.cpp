@@ -8,12 +8,14 @@
 #include "core/makemove.h"
 #include "core/movetest.h"
 #include "platform/output.h"
+#include "search/bookanswer.h"
 #include "search/draws.h"
 #include "search/modes.h"
 #include "search/plyinfo.h"
 #include "search/reports.h"
 #include "search/root.h"
 #include "search/search.h"
+#include "search/timecontrol.h"
 #include "search/transposition.h"
 
 int RootMoveCount = 0;
@@ -51,6 +53,16 @@ bool MayAnnounce() {
     return !UciMode && !Pondering && !(Analyzing && AreClaimsJudged());
 }
 
+// Whether the result on the board is that of a game the engine plays.
+bool IsGameResult() {
+    return !Pondering && !Analyzing && EngineTime != INFINITE_TIME;
+}
+
+void AnnounceDraw(const char* result) {
+    if (IsGameResult()) LearnGameEnd();
+    Announce(result);
+}
+
 bool MayClaimRepetition() {
     return IsRepetition() && (!AreClaimsJudged() || CountOccurrences() >= 3);
 }
@@ -62,6 +74,7 @@ bool MayClaimFiftyMoves() {
 }
 
 void AnnounceEnd(bool isInCheck) {
+    if (IsGameResult()) LearnGameEnd();
     if (!MayAnnounce()) return;
     if (!isInCheck) {
         Announce("1/2-1/2 {Stalemate}");
@@ -115,9 +128,9 @@ void ShiftElement(T* array, int from, int to) {
 
 void AnnounceDraws() {
     if (!MayAnnounce()) return;
-    if (HasTooLittle(WHITE) || HasTooLittle(BLACK)) Announce("1/2-1/2 {Draw by insufficient material}");
-    if (MayClaimRepetition()) Announce("1/2-1/2 {Draw by repetition}");
-    if (MayClaimFiftyMoves()) Announce("1/2-1/2 {Draw by the 50-moves rule}");
+    if (HasTooLittle(WHITE) || HasTooLittle(BLACK)) AnnounceDraw("1/2-1/2 {Draw by insufficient material}");
+    if (MayClaimRepetition()) AnnounceDraw("1/2-1/2 {Draw by repetition}");
+    if (MayClaimFiftyMoves()) AnnounceDraw("1/2-1/2 {Draw by the 50-moves rule}");
 }
 
 Move RootMove(int i) {

@@ -27,7 +27,8 @@ extern int TargetTime;
 extern int MaxTime;
 extern int PollInterval;  // nodes between two looks at clock and input
 
-extern int GameSearches;  // searches made in this game; counted by the search, reset by a new game
+// Searches made in this game since it left the book; counted by the search, reset by a new game.
+extern int GameSearches;
 
 // The time on a clock as EngineTime: never NO_CLOCK, which an overdrawn clock must not turn into.
 int ClockTime(int time);

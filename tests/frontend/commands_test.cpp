@@ -5,7 +5,7 @@
 #include <climits>
 #include <string>
 
-#include "book/book.h"
+#include "book/booksettings.h"
 #include "core/fen.h"
 #include "core/movetext.h"
 #include "egtb/tablebases.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "book/book.h"
+#include "book/booksettings.h"
 #include "core/makemove.h"
 #include "egtb/tablebases.h"
 #include "eval/evaluate.h"
