@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "book/booksettings.h"
 #include "book/bookfile.h"
+#include "book/booksettings.h"
 #include "core/board.h"
 #include "core/legal.h"
 #include "platform/output.h"
@@ -15,7 +15,8 @@ Move MoveOfEntry(const BookEntry& entry) {
     if (entry.From > H8 || entry.To > H8) return NO_MOVE;
     const unsigned piece = board.PieceOn[entry.From];
     const bool isPromotion = piece == PAWN && (RankOf(entry.To) == 0 || RankOf(entry.To) == 7);
-    const Move move = BuildMove(entry.From, entry.To, piece, board.PieceOn[entry.To], isPromotion ? QUEEN : EMPTY);
+    const Move move =
+        BuildMove(entry.From, entry.To, piece, board.PieceOn[entry.To], isPromotion ? QUEEN : EMPTY);
     return IsLegalMove(move) ? move : NO_MOVE;
 }
 

@@ -4,10 +4,10 @@
 
 // Choosing among the moves that the book has for the position on the board.
 
-// A book move, or 0 when the book has none that may be played: none at all, only removed ones, or only such as
-// are not legal in the position (other positions may share its key, and files may be damaged). Pawns promote to
-// queens. By BookLearningMode: kill plays what has scored well (within VarietyOfPlay, and only with
-// UseBookWeights), discover what has been played least.
+// A book move, or 0 when the book has none that may be played: none at all, only removed ones, or only such
+// as are not legal in the position (other positions may share its key, and files may be damaged). Pawns
+// promote to queens. By BookLearningMode: kill plays what has scored well (within VarietyOfPlay, and only
+// with UseBookWeights), discover what has been played least.
 Move ChooseBookMove();
 
 // The share of good results of a book move with so many good and bad ones: 0..1000, 500 without any.

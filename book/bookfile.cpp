@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "book/booksettings.h"
 #include "book/bookformat.h"
 #include "book/bookkeys.h"
+#include "book/booksettings.h"
 #include "book/littleendian.h"
 #include "platform/output.h"
 #include "platform/platform.h"
@@ -101,8 +101,7 @@ bool FindBookPosition(int64_t* listPlace) {
     const BookKey key = CurrentBookKey();
     const auto isBefore = [](const BookKey& a, const BookKey& b) {
         const auto first = static_cast<int32_t>(a.Key1), second = static_cast<int32_t>(b.Key1);
-        return first != second ? first < second
-                               : static_cast<int32_t>(a.Key2) < static_cast<int32_t>(b.Key2);
+        return first != second ? first < second : static_cast<int32_t>(a.Key2) < static_cast<int32_t>(b.Key2);
     };
     int64_t low = BOOK_HEADER_RECORDS, high = NodeCount + BOOK_HEADER_RECORDS;
     while (high > low) {

@@ -7,13 +7,14 @@
 
 // The book file that is open: finding a position's moves in it, and writing their results.
 
-extern SharedFile BookFile;  // open or not, whether or not it is understood; written by OpenBook and CloseBook
+extern SharedFile
+    BookFile;               // open or not, whether or not it is understood; written by OpenBook and CloseBook
 extern int BookLoaded;      // whether there is a book to ask
 extern int IsBookVersion0;  // whether its moves have plain weights instead of results
 
 // Opens a book file in place of the one that is open and tells how many nodes it has, or what is wrong with
-// it. A book of version 0 switches UseBookLearning and UseBookWeights off. What the file holds is not trusted:
-// every read is checked, and what lies behind the end of the file reads as bytes of 255.
+// it. A book of version 0 switches UseBookLearning and UseBookWeights off. What the file holds is not
+// trusted: every read is checked, and what lies behind the end of the file reads as bytes of 255.
 void OpenBook(const std::string& path);
 
 // The book that is opened when nobody names one: "Book.kvb" in the working directory or, if there is none,
@@ -50,6 +51,7 @@ bool ReadBookList(BookList* list);
 
 constexpr int WHOLE_LIST = -1;
 
-// Writes the statistics of a list of version 1 back: those of entry `index`, or of the whole list at once. Nothing is written outside of the part of the file that holds move lists. The caller holds a FileLock of
+// Writes the statistics of a list of version 1 back: those of entry `index`, or of the whole list at once.
+// Nothing is written outside of the part of the file that holds move lists. The caller holds a FileLock of
 // BookFile and has read the list under it.
 void WriteBookList(const BookList& list, int index);

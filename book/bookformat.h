@@ -8,7 +8,8 @@
 //  24   4  version, signed: 0 or 1
 //  28   4  reserved, 0
 //  32   4  number of nodes, signed
-//  36      a record of 12 bytes for each node: two words of its key (bookkeys.h) and the place of its move list;
+//  36      a record of 12 bytes for each node: two words of its key (bookkeys.h) and the place of its move
+//  list;
 //          ascending by the words, compared as signed numbers
 //  then    the move lists: a byte that says how many entries follow, and so many entries:
 //          version 0: from, to, weight; version 1: from, to, good results, bad results
@@ -27,5 +28,5 @@ constexpr int BookEntryBytes(bool isVersion0) {
 }
 
 // What the statistic of a removed move is.
-constexpr unsigned REMOVED_WEIGHT = 255;    // version 0
+constexpr unsigned REMOVED_WEIGHT = 255;     // version 0
 constexpr unsigned REMOVED_RESULTS = 65535;  // version 1, both bytes as one number

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "book/booksettings.h"
 #include "book/bookfile.h"
+#include "book/booksettings.h"
 #include "core/rewind.h"
 
 int BookLearningDone = 1;

@@ -55,7 +55,8 @@ class Chain {
         std::array<uint8_t, PLACE_BYTES> link{};
         if (++steps_ > CHAIN_LIMIT || !ReadAll(link_, link)) return false;
         const int64_t next = GetWord(link.data());
-        const bool isPlace = next > place_ && next >= RECORDS_START && (next - RECORDS_START) % RECORD_BYTES == 0;
+        const bool isPlace =
+            next > place_ && next >= RECORDS_START && (next - RECORDS_START) % RECORD_BYTES == 0;
         RecordBytes bytes;
         if (!isPlace || !ReadAll(next, bytes)) return false;
         record_ = UnpackRecord(bytes);

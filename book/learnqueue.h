@@ -4,8 +4,8 @@
 
 #include "book/learnfile.h"
 
-// What the game under way has taught so far: positions whose score was too high. It is written to the learning
-// file when the loss has been confirmed, and forgotten when the score comes back.
+// What the game under way has taught so far: positions whose score was too high. It is written to the
+// learning file when the loss has been confirmed, and forgotten when the score comes back.
 
 struct Lesson {
     LearnedRecord Record;  // with the new score
@@ -16,12 +16,12 @@ struct Lesson {
 constexpr int LEARNING_QUEUE_SIZE = 3;
 extern int LearningQueueCount;
 
-// Puts a lesson about the position on the board into the queue, unless that is full, or the file knows as much
-// of the position from as deep a search.
+// Puts a lesson about the position on the board into the queue, unless that is full, or the file knows as
+// much of the position from as deep a search.
 void QueueLesson(int depth, int oldScore, int newScore, Move move);
 
-// Writes the lessons to the file and, with LogLearningIntoFile, a line for each to "learn.log"; then the queue
-// is empty.
+// Writes the lessons to the file and, with LogLearningIntoFile, a line for each to "learn.log"; then the
+// queue is empty.
 void FlushLearningQueue();
 
 void ClearLearningQueue();

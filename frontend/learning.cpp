@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "book/booksettings.h"
 #include "book/booklearning.h"
+#include "book/booksettings.h"
 #include "book/learnqueue.h"
 #include "core/rewind.h"
 #include "frontend/resign.h"

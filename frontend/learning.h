@@ -7,6 +7,6 @@
 void LearnFromScore();
 
 // Position learning, after each own move: a score that has fallen since the move before makes the position
-// before that move a lesson; lessons are written when the game goes on to be lost and forgotten when the score
-// comes back.
+// before that move a lesson; lessons are written when the game goes on to be lost and forgotten when the
+// score comes back.
 void UpdatePositionLearning();

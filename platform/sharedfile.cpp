@@ -6,7 +6,8 @@
 #include "platform/platform.h"
 
 bool SharedFile::Lock() {
-    // An update takes far less than a millisecond; whoever holds a lock longer is not to cost a game its time.
+    // An update takes far less than a millisecond; whoever holds a lock longer is not to cost a game its
+    // time.
     constexpr int PATIENCE_MS = 100;
     const int64_t end = ClockMs() + PATIENCE_MS;
     while (!TryLock()) {

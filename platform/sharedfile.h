@@ -31,7 +31,8 @@ class SharedFile {
     // it comes; a write of a few bytes is never seen in part.
     bool WriteAt(int64_t place, const void* bytes, size_t size);
 
-    // Keeps the locks of others out until Unlock. Waits a moment for another to let go; false when it doesn't.
+    // Keeps the locks of others out until Unlock. Waits a moment for another to let go; false when it
+    // doesn't.
     bool Lock();
     void Unlock();
 

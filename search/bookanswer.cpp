@@ -1,9 +1,9 @@
 #include "search/bookanswer.h"
 
-#include "book/booksettings.h"
 #include "book/bookchoice.h"
 #include "book/bookfile.h"
 #include "book/booklearning.h"
+#include "book/booksettings.h"
 #include "core/rewind.h"
 #include "search/modes.h"
 #include "search/multipv.h"
