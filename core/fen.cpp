@@ -95,6 +95,19 @@ void ReadEnPassant(const char* text) {
     if (HasMan(to, mover, PAWN)) RecordDoubleStep(to + (mover == BLACK ? 16 : -16), to, mover);
 }
 
+// The text with an en-passant square behind the pawn, e3 or e6, made the pawn's own, e4 or e5.
+std::string WithOwnEnPassant(std::string text) {
+    constexpr int EN_PASSANT_FIELD = 3;
+    size_t place = text.find_first_not_of(' ');
+    for (int field = 0; field < EN_PASSANT_FIELD && place != std::string::npos; ++field) {
+        place = text.find_first_not_of(' ', text.find(' ', place));
+    }
+    if (place == std::string::npos || place + 1 >= text.size()) return text;
+    char& rank = text[place + 1];
+    rank = rank == '3' ? '4' : rank == '6' ? '5' : rank;
+    return text;
+}
+
 void WritePlacement(std::string& text) {
     for (int rank = 7; rank >= 0; --rank) {
         int empty = 0;
@@ -142,6 +155,10 @@ void LoadFEN(const char* text) {
     text = SkipSpaces(ReadCastling(SkipSpaces(text)));
     CutCastlingRights();
     if (text[0] != '\0') ReadEnPassant(text);
+}
+
+void LoadCommonFEN(const char* text) {
+    LoadFEN(WithOwnEnPassant(text).c_str());
 }
 
 std::string GetFEN(const char* extra) {

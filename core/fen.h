@@ -10,6 +10,9 @@
 // becomes the one move of History. Fifty starts at 0; move counters are not read.
 void LoadFEN(const char* text);
 
+// The same for text from elsewhere: its en-passant field may name the square behind the pawn, too.
+void LoadCommonFEN(const char* text);
+
 // The position as text: placement, side, castling rights, en passant. The black king is deliberately neither
 // written nor counted as an empty square: the text is a label for logs and look-ups, never input for LoadFEN.
 // `extra` is a further field, set off by nothing; null for none.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string>
 
 #include "core/board.h"
 #include "core/fen.h"
@@ -27,21 +26,6 @@ const char* RestFrom(int token) {
     return token < TokenCount ? InputLine + TokenOffset[token] : "";
 }
 
-// The position as LoadFEN reads it: an interface names the square behind the pawn that has made a double
-// step, e3 for e4 and e6 for e5.
-std::string WithOwnEnPassant(const std::string& text) {
-    constexpr int EN_PASSANT_FIELD = 3;
-    size_t place = text.find_first_not_of(' ');
-    for (int field = 0; field < EN_PASSANT_FIELD && place != std::string::npos; ++field) {
-        place = text.find_first_not_of(' ', text.find(' ', place));
-    }
-    std::string own = text;
-    if (place == std::string::npos || place + 1 >= own.size()) return own;
-    char& rank = own[place + 1];
-    rank = rank == '3' ? '4' : rank == '6' ? '5' : rank;
-    return own;
-}
-
 // Whether a draw is as much as the engine can hope for, by the score of its last move: it stands worse, or,
 // after a while, nobody has much left to win with.
 bool WelcomesDraw() {
@@ -64,7 +48,7 @@ void RunSetBoard() {
     const Board oldBoard = board;
     const HistoryRecord oldRecord = History[0];
     const int oldLength = HistoryLength, oldForgotten = HistoryForgotten;
-    LoadFEN(WithOwnEnPassant(RestFrom(1)).c_str());
+    LoadCommonFEN(RestFrom(1));
     if (FindPositionFault() == nullptr) return;
     board = oldBoard;
     History[0] = oldRecord;

@@ -32,15 +32,12 @@ uint64_t CountLeaves(int depth) {
 }
 
 // Puts the position of a row "FEN;D<depth> <leaves>;..." on the board and returns the depths, ascending, with
-// their published numbers. The common en-passant field, the square behind the pawn, becomes the pawn's own.
+// their published numbers.
 std::vector<std::pair<int, uint64_t>> LoadPerftRow(const std::string& row) {
     std::istringstream fields(row);
     std::string field;
     std::getline(fields, field, ';');
-    std::vector<std::string> words = SplitWords(field);
-    if (words[3].ends_with('6')) words[3][1] = '5';
-    if (words[3].ends_with('3')) words[3][1] = '4';
-    LoadFEN(JoinWords(words).c_str());
+    LoadCommonFEN(field.c_str());
     std::vector<std::pair<int, uint64_t>> counts;
     while (std::getline(fields, field, ';')) {
         char letter = 0;
