@@ -1,0 +1,55 @@
+#pragma once
+
+#include <climits>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "book/pgnlexer.h"
+#include "core/types.h"
+
+// Games out of files in portable game notation, as strict or as careless as people write them.
+
+enum class GameResult { UNKNOWN, WHITE_WINS, BLACK_WINS, DRAWN };
+
+struct PgnGame {
+    int64_t Number = 0;  // in the file, from 1
+    int64_t Line = 0;    // where it begins, from 1
+    GameResult Result = GameResult::UNKNOWN;
+    bool HasSetUp = false;     // begins from another position than the initial one
+    std::vector<Move> Moves;   // the first of the game
+    std::string Event, White, Black, ResultTag, Fen, Variant;  // tags, empty without them
+
+    // Of a broken game; Moves holds those before the fault.
+    int64_t FaultLine = 0;
+    std::string Fault;
+};
+
+enum class PgnStatus { GAME, BROKEN, END };
+
+class PgnReader {
+  public:
+    // The stream stays the caller's. At most `maxPlies` moves of a game are resolved, what stands behind them
+    // is not looked at.
+    explicit PgnReader(std::FILE* stream, int maxPlies = INT_MAX) : lexer_(stream), maxPlies_(maxPlies) {}
+
+    // Reads the next game. Its position and moves are set up on `board`, where they stay. After a broken one
+    // the reader goes on with the game behind it. The result is the one behind the moves, or else the tag's.
+    PgnStatus Next(PgnGame& game);
+
+    // Whether END was an error of reading.
+    bool HasReadError() const { return lexer_.HasReadError(); }
+
+  private:
+    void Advance() { token_ = lexer_.Take(); }
+    void ReadTags(PgnGame& game);
+    void ReadMoves(PgnGame& game);
+    void ReadMove(PgnGame& game);
+    void Break(PgnGame& game, std::string fault);
+
+    PgnLexer lexer_;
+    PgnToken token_ = PgnToken::END;  // the next one, if it has been read
+    bool isTokenRead_ = false;
+    int maxPlies_;
+    int64_t number_ = 0;
+};
