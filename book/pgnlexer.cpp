@@ -15,12 +15,12 @@ struct Sign {
     const char *Bytes, *Meaning;
 };
 constexpr Sign SIGNS[] = {
-    {"\xE2\x99\x94", "K"}, {"\xE2\x99\x95", "Q"}, {"\xE2\x99\x96", "R"}, // white figurines
-    {"\xE2\x99\x97", "B"}, {"\xE2\x99\x98", "N"}, {"\xE2\x99\x99", "P"},
-    {"\xE2\x99\x9A", "K"}, {"\xE2\x99\x9B", "Q"}, {"\xE2\x99\x9C", "R"}, // black figurines
-    {"\xE2\x99\x9D", "B"}, {"\xE2\x99\x9E", "N"}, {"\xE2\x99\x9F", "P"},
-    {"\xE2\x80\x90", "-"}, {"\xE2\x80\x91", "-"}, {"\xE2\x80\x93", "-"}, // hyphens and a dash
-    {"\xE2\x88\x92", "-"}, {"\xE2\x80\xA6", "..."}, {"\xC3\x97", "x"},     // minus, ellipsis, times
+    {"\xE2\x99\x94", "K"}, {"\xE2\x99\x95", "Q"},   {"\xE2\x99\x96", "R"},  // white figurines
+    {"\xE2\x99\x97", "B"}, {"\xE2\x99\x98", "N"},   {"\xE2\x99\x99", "P"},
+    {"\xE2\x99\x9A", "K"}, {"\xE2\x99\x9B", "Q"},   {"\xE2\x99\x9C", "R"},  // black figurines
+    {"\xE2\x99\x9D", "B"}, {"\xE2\x99\x9E", "N"},   {"\xE2\x99\x9F", "P"},
+    {"\xE2\x80\x90", "-"}, {"\xE2\x80\x91", "-"},   {"\xE2\x80\x93", "-"},  // hyphens and a dash
+    {"\xE2\x88\x92", "-"}, {"\xE2\x80\xA6", "..."}, {"\xC3\x97", "x"},      // minus, ellipsis, times
     {"\xC2\xBD", "1/2"},
 };
 constexpr char NO_BREAK_SPACE[] = "\xC2\xA0";

@@ -20,8 +20,8 @@ constexpr struct {
     const char* Name;
     std::string PgnGame::*Value;
 } TAGS[] = {
-    {"Event", &PgnGame::Event}, {"White", &PgnGame::White}, {"Black", &PgnGame::Black},
-    {"Result", &PgnGame::ResultTag}, {"FEN", &PgnGame::Fen}, {"Variant", &PgnGame::Variant},
+    {"Event", &PgnGame::Event},      {"White", &PgnGame::White}, {"Black", &PgnGame::Black},
+    {"Result", &PgnGame::ResultTag}, {"FEN", &PgnGame::Fen},     {"Variant", &PgnGame::Variant},
 };
 
 // Names of the game that this program plays, in small letters.

@@ -28,8 +28,8 @@ bool PgnSource::StartsWith(const char* text) {
 int PgnSource::PeekBeyond(size_t ahead) {
     assert(ahead < LONGEST_PEEK);
     if (place_ + ahead >= bytes_.size()) {
-        std::copy(bytes_.begin() + static_cast<ptrdiff_t>(place_), bytes_.begin() + static_cast<ptrdiff_t>(end_),
-                  bytes_.begin());
+        std::copy(bytes_.begin() + static_cast<ptrdiff_t>(place_),
+                  bytes_.begin() + static_cast<ptrdiff_t>(end_), bytes_.begin());
         end_ -= place_;
         place_ = 0;
     }

@@ -30,13 +30,17 @@ using Moves = std::set<std::string>;
 
 TEST_F(BookChoiceTest, KillModePlaysWhatHasScoredWell) {
     // Shares of 700, 640 and 600 in a thousand, and a removed move with the best name.
-    const std::vector<WrittenMove> moves = {{"a2a3", 255, 255}, {"e2e4", 70, 30}, {"d2d4", 64, 36}, {"c2c4", 60, 40}};
+    const std::vector<WrittenMove> moves = {
+        {"a2a3", 255, 255}, {"e2e4", 70, 30}, {"d2d4", 64, 36}, {"c2c4", 60, 40}};
     const struct {
         int Variety;
         Moves Expected;
-    } rows[] = {{0, {"e2e4"}},         {8, {"e2e4"}},
-                {10, {"d2d4", "e2e4"}}, {14, {"d2d4", "e2e4"}},
-                {15, {"c2c4", "d2d4", "e2e4"}}, {100, {"c2c4", "d2d4", "e2e4"}}};
+    } rows[] = {{0, {"e2e4"}},
+                {8, {"e2e4"}},
+                {10, {"d2d4", "e2e4"}},
+                {14, {"d2d4", "e2e4"}},
+                {15, {"c2c4", "d2d4", "e2e4"}},
+                {100, {"c2c4", "d2d4", "e2e4"}}};
     Write(moves);
     for (const auto& [variety, expected] : rows) {
         VarietyOfPlay = variety;

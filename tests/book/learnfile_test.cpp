@@ -82,7 +82,8 @@ TEST_F(LearnFileTest, IsLaidOutByteByByte) {
     ASSERT_TRUE(AddLearned({510, -77, 0x31234, {0x89ABCDEF, 0x12345678}}));
     ASSERT_TRUE(AddLearned({450, 33, 7, {0x00000001, 2}}));
     ASSERT_TRUE(AddLearned({570, -1, 8, {0x0000CDEF, 3}}));
-    const auto record = [](uint32_t depth, uint32_t score, uint32_t move, uint32_t key1, uint32_t key2, size_t next) {
+    const auto record = [](uint32_t depth, uint32_t score, uint32_t move, uint32_t key1, uint32_t key2,
+                           size_t next) {
         return LittleEndian(depth) + LittleEndian(score) + LittleEndian(move) + LittleEndian(key1) +
                LittleEndian(key2) + LittleEndian(static_cast<uint32_t>(next));
     };
@@ -241,7 +242,8 @@ TEST_F(LearnFileTest, SurvivesAKillAtAnyMoment) {
                     // Every second update writes over the record before.
                     LearnedRecord known;
                     uint32_t place = 0;
-                    if (FindLearned(MakeRecord(i - 1).Key, &known, &place)) RefreshLearned(MakeRecord(i - 1), place);
+                    if (FindLearned(MakeRecord(i - 1).Key, &known, &place))
+                        RefreshLearned(MakeRecord(i - 1), place);
                 }
                 tell();
             }

@@ -75,7 +75,8 @@ TEST_F(PgnReaderTest, LeavesOutAllButMoves) {
              "e4 e5 Nf3 1-0",
              "1. e4 1... e5 2. Nf3 1-0",
              "1.e4 1...e5 2.Nf3 1-0 ; the rest of the line {",
-             "\xEF\xBB\xBF" "1. e4 e5 2. Nf3 1-0",
+             "\xEF\xBB\xBF"
+             "1. e4 e5 2. Nf3 1-0",
              "1. e4\re5\r2. Nf3\r1-0\r",
              "1. e4\r\ne5\r\n2. Nf3\r\n1-0",
              "1. e4 {the best\nby test (1. d4) [Even so] ; $1} e5 2. Nf3 1-0",
@@ -88,11 +89,15 @@ TEST_F(PgnReaderTest, LeavesOutAllButMoves) {
              "1. e4$1 e5 $2 $123 2. Nf3$13$14 1-0",
              "1. e4! e5? 2. Nf3!? 1-0",
              "1. e4 ! e5 +- 2. Nf3 = 1-0",
-             "1. e4\xE2\x80\xBC e5\xE2\x81\x87 2. Nf3\xE2\xA9\xB2 1-0",        // signs behind moves
-             "1. e4 \xE2\x80\xBC e5 \xB1 2. Nf3 N 1-0",                          // and beside them
-             "1. e4 e5 2. \xE2\x99\x98" "f3 1-0",                                // a figurine
-             "1.\xC2\xA0" "e4 e5 2.\xC2\xA0Nf3 1\xE2\x80\x93" "0",               // other blanks and dashes
-             "1. e4 1\xE2\x80\xA6" "e5 2. Nf3 1-0",
+             "1. e4\xE2\x80\xBC e5\xE2\x81\x87 2. Nf3\xE2\xA9\xB2 1-0",  // signs behind moves
+             "1. e4 \xE2\x80\xBC e5 \xB1 2. Nf3 N 1-0",                  // and beside them
+             "1. e4 e5 2. \xE2\x99\x98"
+             "f3 1-0",  // a figurine
+             "1.\xC2\xA0"
+             "e4 e5 2.\xC2\xA0Nf3 1\xE2\x80\x93"
+             "0",  // other blanks and dashes
+             "1. e4 1\xE2\x80\xA6"
+             "e5 2. Nf3 1-0",
              "1. e4 e5 ) } 2. Nf3 [%clk 1:00] 1-0",
              "1. e4<br />e5 2. Nf3 1-0",
              "1. e2-e4 e7-e5 2. Ng1-f3 1-0",
@@ -108,7 +113,8 @@ TEST_F(PgnReaderTest, LeavesOutAllButMoves) {
     EXPECT_EQ(Games(std::string("1. e4 e5\0\0 2. Nf3\0 1-0", 22)), expected);
     const std::string longComment = "{" + std::string(200000, 'x') + "\n" + std::string(200000, '(') + "}";
     EXPECT_EQ(Games(longComment + " 1. e4 e5 " + longComment + " 2. Nf3 1-0"), expected);
-    EXPECT_EQ(Games("1. e4 " + std::string(100000, '(') + std::string(100000, ')') + " e5 2. Nf3 1-0"), expected);
+    EXPECT_EQ(Games("1. e4 " + std::string(100000, '(') + std::string(100000, ')') + " e5 2. Nf3 1-0"),
+              expected);
 }
 
 TEST_F(PgnReaderTest, KnowsResults) {
@@ -147,7 +153,10 @@ TEST_F(PgnReaderTest, GoesOnBehindBrokenGames) {
         {"1. d4 --\n[Event \"b\"]\n1. e4", "1: can't recognize --\ne2e4 ?"},
         {"1. d4 Z0 1-0", "1: can't recognize Z0"},
         {"1. d4 @ 1-0", "1: can't recognize @"},
-        {"1. d4 \xE6\x9B\xB2" "f3 1-0 1. e4", "1: can't recognize \xE6\x9B\xB2" "f3\ne2e4 ?"},
+        {"1. d4 \xE6\x9B\xB2"
+         "f3 1-0 1. e4",
+         "1: can't recognize \xE6\x9B\xB2"
+         "f3\ne2e4 ?"},
         {"1. d4 " + std::string(100000, 'x') + " 1-0 1. e4",
          "1: can't recognize " + std::string(PgnLexer::WORD_LIMIT, 'x') + "\ne2e4 ?"},
         {"Subject: a game\n\n[Event \"a\"]\n1. e4", "1: can't recognize Subject:\ne2e4 ?"},
@@ -192,7 +201,8 @@ TEST_F(PgnReaderTest, SetsUpPositions) {
 
 TEST_F(PgnReaderTest, KeepsTags) {
     const FilePointer file = OpenText(
-        "; a file\n[Event \"The \\\"great\\\" match\"]\n[ White  \"C:\\\\me\" ] [black \"An \"odd\" one\"  ]\n"
+        "; a file\n[Event \"The \\\"great\\\" match\"]\n[ White  \"C:\\\\me\" ] [black \"An \"odd\" one\"  "
+        "]\n"
         "[Event2 \"x\"]\n[Result \"1-0\"]\n[Variant \"Chess\"]\n1. e4\n*\n\n1. d4");
     PgnReader reader(file.get());
     PgnGame game;
@@ -226,7 +236,8 @@ TEST_F(PgnReaderTest, PlaysGamesLongerThanHistory) {
 constexpr char AWKWARD[] =
     "[Event \"a \\\"b\\\"\"]\r\n[Result \"1-0\"] [FEN \"4k3/P7/8/8/4pP2/8/8/4K2R b K f3 0 9\"]\r\n\r\n"
     "{c\n[x]} 9... exf3$4 (9... Kd7 {;} (9... Ke7)) 10. a8(Q)+!\xE2\x80\xBC Ke7 ; ok\n% no\n11. O-O *\n"
-    "1. e4 e5 2. Qh5 Ke7 3. Qxe5# 1-0\n[White \"c\"]\n1. e4 Sf6 {\n[Event \"d\"]\n1. \xE2\x99\x98" "f3 1/2-1/2";
+    "1. e4 e5 2. Qh5 Ke7 3. Qxe5# 1-0\n[White \"c\"]\n1. e4 Sf6 {\n[Event \"d\"]\n1. \xE2\x99\x98"
+    "f3 1/2-1/2";
 
 // Wherever the buffer of the source ends, the games are the same.
 TEST_F(PgnReaderTest, ReadsAcrossBuffers) {

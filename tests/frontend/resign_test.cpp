@@ -5,6 +5,7 @@
 #include "core/makemove.h"
 #include "core/movetext.h"
 #include "frontend/newgame.h"
+#include "search/bookanswer.h"
 #include "search/root.h"
 #include "tests/support/walker.h"
 
@@ -38,6 +39,12 @@ TEST_F(ResignTest, AfterSoManyBadScoresInARow) {
         PlayMoves(i++, score, choices);
         EXPECT_EQ(ShouldResign(), resigns) << i;
     }
+    IsBookMove = 1;
+    PlayMoves(i, 0, 1);
+    EXPECT_FALSE(ShouldResign()) << "a book move is not forced";
+    IsBookMove = 0;
+    TakeBackMove();
+    TakeBackMove();
     TakeBackMove();
     TakeBackMove();
     PlayMoves(i - 1, -900, 9);

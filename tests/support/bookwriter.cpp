@@ -43,7 +43,8 @@ std::pair<uint32_t, uint32_t> BookWriter::KeyOf(const std::string& fen) {
         } else if (std::isdigit(letter)) {
             file += static_cast<size_t>(letter - '0');
         } else {
-            const size_t slot = codes.find(static_cast<char>(std::toupper(letter))) + (std::isupper(letter) ? 8 : 0);
+            const size_t slot =
+                codes.find(static_cast<char>(std::toupper(letter))) + (std::isupper(letter) ? 8 : 0);
             for (int i = 0; i < 2; ++i) keys[i] ^= tables.Words[i][slot * 64 + rank * 8 + file];
             ++file;
         }
@@ -83,8 +84,8 @@ std::string BookWriter::Bytes() const {
     std::string lists;
     for (const Node& node : Sorted()) {
         const size_t place = HEADER + RECORD * nodes_.size() + lists.size();
-        index += LittleEndian(static_cast<uint32_t>(node.Key1)) + LittleEndian(static_cast<uint32_t>(node.Key2)) +
-                 LittleEndian(static_cast<uint32_t>(place));
+        index += LittleEndian(static_cast<uint32_t>(node.Key1)) +
+                 LittleEndian(static_cast<uint32_t>(node.Key2)) + LittleEndian(static_cast<uint32_t>(place));
         lists += node.List;
     }
     return index + lists;

@@ -9,7 +9,7 @@
 
 struct WrittenMove {
     std::string Squares;    // "e2e4"; "??" and the like stand for squares that no board has
-    int Good = 0, Bad = 0;   // 255, 255 for a removed move; in version 0 Good is the weight
+    int Good = 0, Bad = 0;  // 255, 255 for a removed move; in version 0 Good is the weight
 };
 
 class BookWriter {
