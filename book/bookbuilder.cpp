@@ -132,24 +132,25 @@ class BookParts {
             PutWord(&record[8], static_cast<uint32_t>(lists_.Length()));
             index_.Append(record);
             lists_.Append(list);
-            ++totals_.Positions;
-            totals_.Moves += list[0];
-            totals_.Bytes = BOOK_HEADER_BYTES + index_.Length() + lists_.Length();
-            if (totals_.Bytes > std::numeric_limits<uint32_t>::max()) {
+            ++positions_;
+            moveCount_ += list[0];
+            if (Totals().Bytes > std::numeric_limits<uint32_t>::max()) {
                 throw BookError("the book would pass four gigabytes; filter more of its moves");
             }
         }
         moves_.clear();
     }
 
-    BookTotals Totals() const { return totals_; }
+    BookTotals Totals() const {
+        return {positions_, moveCount_, BOOK_HEADER_BYTES + index_.Length() + lists_.Length()};
+    }
 
     // Writes the whole book.
     void Write(std::ostream& stream) {
         std::vector<uint8_t> header(BOOK_HEADER_BYTES);
         std::copy_n(BOOK_MAGIC, BOOK_MAGIC_BYTES, header.begin());
         PutWord(&header[BOOK_VERSION_PLACE], static_cast<uint32_t>(options_.Version));
-        PutWord(&header[BOOK_COUNT_PLACE], static_cast<uint32_t>(totals_.Positions));
+        PutWord(&header[BOOK_COUNT_PLACE], static_cast<uint32_t>(positions_));
         WriteBytes(stream, header);
         const auto listsPlace = static_cast<uint32_t>(BOOK_HEADER_BYTES + index_.Length());
         Copy(index_.Finish(), stream, [=](std::vector<uint8_t>& bytes) {
@@ -180,8 +181,8 @@ class BookParts {
 
     BookOptions options_;
     BufferedFile index_, lists_;
-    std::vector<MoveRecord> moves_;
-    BookTotals totals_;
+    std::vector<MoveRecord> moves_;          // of the position that is being read
+    int64_t positions_ = 0, moveCount_ = 0;  // in the book so far
 };
 
 }  // namespace
@@ -195,7 +196,7 @@ void ScaleResults(std::vector<MoveResults>& moves, uint32_t limit) {
         for (uint32_t* count : {&move.Good, &move.Bad}) {
             *count = static_cast<uint32_t>((uint64_t{*count} * limit + most / 2) / most);
         }
-        if (move.Good + move.Bad > 0 || old.Good + old.Bad == 0) continue;
+        if (move.Good > 0 || move.Bad > 0 || (old.Good == 0 && old.Bad == 0)) continue;
         move.Good = old.Good >= old.Bad;
         move.Bad = old.Bad >= old.Good;
     }
