@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "book/booktree.h"
-#include "core/movetext.h"
 
 namespace {
 
@@ -40,11 +39,6 @@ class Checker {
     }
 
     static std::string NodeText(int64_t node) { return "position " + std::to_string(node); }
-
-    static std::string SquaresText(const BookMove& move) {
-        if (move.From > H8 || move.To > H8) return std::to_string(move.From) + "-" + std::to_string(move.To);
-        return MoveToText(BuildMove(move.From, move.To, KING));
-    }
 
     std::string ListText(int64_t node) const {
         return NodeText(node) + ", list at byte " + std::to_string(book_.ListPlace(node));
@@ -113,7 +107,7 @@ class Checker {
             const int64_t node = tree.Places()[place].Node;
             tree.SetUp(static_cast<int>(place));
             for (const BookMove& move : book_.Moves(node)) {
-                if (LegalBookMove(move) != NO_MOVE) continue;
+                if (LikelyBookMove(move) != NO_MOVE) continue;
                 Report("illegal move", ListText(node) + ": " + SquaresText(move));
             }
         }

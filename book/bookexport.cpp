@@ -32,9 +32,9 @@ class Exporter {
     // Writes the moves of the place, which is on the board, and what is reached first through them.
     void WritePlace(int place) {
         for (const BookMove& entry : book_.Moves(tree_.Places()[static_cast<size_t>(place)].Node)) {
-            const Move move = LegalBookMove(entry);
+            const Move move = LikelyBookMove(entry);
             if (move == NO_MOVE) {
-                std::fprintf(stream_, "%s%d-%d illegal\n", Heading().c_str(), entry.From, entry.To);
+                std::fprintf(stream_, "%s%s  illegal\n", Heading().c_str(), SquaresText(entry).c_str());
                 continue;
             }
             std::fprintf(stream_, "%s%s  %s", Heading().c_str(), MoveToSan(move),

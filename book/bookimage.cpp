@@ -11,6 +11,8 @@
 #include "book/littleendian.h"
 #include "core/board.h"
 #include "core/legal.h"
+#include "core/moverules.h"
+#include "core/movetext.h"
 
 namespace {
 
@@ -19,6 +21,30 @@ constexpr int BOOK_RESERVED_PLACE = BOOK_VERSION_PLACE + 4;
 // Books sort keys by these.
 std::pair<int32_t, int32_t> SignedWords(const BookKey& key) {
     return {static_cast<int32_t>(key.Key1), static_cast<int32_t>(key.Key2)};
+}
+
+// The rights to castle of kings and rooks at home.
+uint32_t PossibleRights() {
+    uint32_t rights = 0;
+    for (const int side : {WHITE, BLACK}) {
+        const int home = KingHome(side);
+        if (!HasMan(home, side, KING)) continue;
+        if (HasMan(home + 3, side, ROOK)) rights |= ShortRight(side);
+        if (HasMan(home - 4, side, ROOK)) rights |= LongRight(side);
+    }
+    return rights;
+}
+
+// The double step that a capture en passant would answer, or NO_MOVE.
+Move PossibleDoubleStep(const BookMove& capture) {
+    const int us = board.SideToMove, victim = MakeSquare(FileOf(capture.To), RankOf(capture.From));
+    const int from = capture.To + PawnStep(us);
+    if (from < A1 || from > H8 || board.PieceOn[from] != EMPTY || board.PieceOn[capture.To] != EMPTY) {
+        return NO_MOVE;
+    }
+    const bool isDoubleStep = victim == capture.To - PawnStep(us) && HasMan(victim, ChangeSide(us), PAWN);
+    const bool isFromHome = (RelativeRankBits(ChangeSide(us), 1) & SquareBit(from)) != 0;
+    return isDoubleStep && isFromHome ? BuildMove(from, victim, PAWN) : NO_MOVE;
 }
 
 }  // namespace
@@ -113,6 +139,25 @@ Move LegalBookMove(const BookMove& move) {
     const Move word = BuildMove(move.From, move.To, piece, board.PieceOn[move.To],
                                 isPromotion ? unsigned{QUEEN} : unsigned{EMPTY});
     return IsLegalMove(word) ? word : NO_MOVE;
+}
+
+Move LikelyBookMove(const BookMove& move) {
+    Move legal = LegalBookMove(move);
+    if (legal != NO_MOVE || move.From > H8 || move.To > H8) return legal;
+    const uint32_t rights = board.CastlingFlags;
+    HistoryRecord& last = History[HistoryLength - 1];
+    const Move lastMove = last.Move;
+    board.CastlingFlags = PossibleRights();
+    last.Move = PossibleDoubleStep(move);
+    legal = LegalBookMove(move);
+    board.CastlingFlags = rights;
+    last.Move = lastMove;
+    return legal;
+}
+
+std::string SquaresText(const BookMove& move) {
+    if (move.From > H8 || move.To > H8) return std::to_string(move.From) + "-" + std::to_string(move.To);
+    return MoveToText(BuildMove(move.From, move.To, KING));
 }
 
 std::string DescribeResults(const BookMove& move, int version) {

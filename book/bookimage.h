@@ -61,5 +61,12 @@ class BookImage {
 // books don't say more.
 Move LegalBookMove(const BookMove& move);
 
+// The same with every right to castle and to capture en passant that the men allow: a book's key doesn't tell
+// them, and games may have come to the position with more of them than stand on the board.
+Move LikelyBookMove(const BookMove& move);
+
+// The squares, as coordinates or, if there are none of the name, as numbers.
+std::string SquaresText(const BookMove& move);
+
 // What a book says about a move, in words.
 std::string DescribeResults(const BookMove& move, int version);

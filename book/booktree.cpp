@@ -19,7 +19,7 @@ BookTree::BookTree(const BookImage& book, int maxPlies)
         if (place.Ply >= std::min(maxPlies, LONGEST_WAY)) continue;
         SetUp(static_cast<int>(i));
         for (const BookMove& entry : book.Moves(place.Node)) {
-            const Move move = LegalBookMove(entry);
+            const Move move = LikelyBookMove(entry);
             if (move != NO_MOVE) add({NodeBehind(book, move), static_cast<int>(i), move, place.Ply + 1});
         }
     }

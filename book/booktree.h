@@ -5,7 +5,8 @@
 
 #include "book/bookimage.h"
 
-// The positions of a book that games from the initial position reach by its moves, removed ones included.
+// The positions of a book that are reached from the initial one by its moves, removed ones included, and
+// those that are legal only by another way to the position (LikelyBookMove).
 
 // A position by its shortest way.
 struct BookPlace {
@@ -36,5 +37,5 @@ class BookTree {
     std::vector<int> placeOfNode_;
 };
 
-// The node behind a legal move of the position on the board, or NOWHERE.
+// The node behind a move of the position on the board, or NOWHERE.
 int64_t NodeBehind(const BookImage& book, Move move);

@@ -64,10 +64,9 @@ void ListBook(const std::string& bookPath, const std::string& moves, const std::
         const std::string results = DescribeResults(entry, book.Version());
         const Move move = LegalBookMove(entry);
         if (move == NO_MOVE) {
-            std::printf("%d-%d is illegal here, %s\n", entry.From, entry.To, results.c_str());
+            std::printf("%-7s illegal here  %s\n", SquaresText(entry).c_str(), results.c_str());
         } else {
-            const std::string coordinates = MoveToText(move);
-            std::printf("%-7s %-5s  %s\n", MoveToSan(move), coordinates.c_str(), results.c_str());
+            std::printf("%-7s %-5s  %s\n", MoveToSan(move), MoveToText(move), results.c_str());
         }
     }
 }

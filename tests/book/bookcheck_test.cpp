@@ -18,24 +18,25 @@ namespace {
 
 class BookCheckTest : public CoreTest {
   protected:
-    static constexpr Move E4 = BuildMove(12, 28, PAWN), E5 = BuildMove(52, 36, PAWN),
-                          NF3 = BuildMove(6, 21, KNIGHT), D4 = BuildMove(11, 27, PAWN);
-
     // A book of six positions; the last is reached by two ways.
     void SetUp() override {
         CoreTest::SetUp();
+        good_ = Built("e4 e5 Nf3 1-0 Nf3 e5 e4 Nc6 1-0 d4 1-0");
+    }
+
+    // The book of the games.
+    std::string Built(const std::string& games) {
+        directory_.WriteFile("games.pgn", games);
+        const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(
+            std::fopen(directory_.FilePath("games.pgn").c_str(), "rb"), &std::fclose);
         BookOptions options;
         options.MinGames = 1;
         BookBuilder builder(options, Path());
+        PgnReader reader(file.get());
         PgnGame game;
-        game.Result = GameResult::WHITE_WINS;
-        for (const auto& moves :
-             {std::vector<Move>{E4, E5, NF3}, {NF3, E5, E4, BuildMove(57, 42, KNIGHT)}, {D4}}) {
-            game.Moves = moves;
-            builder.AddGame(game);
-        }
+        while (reader.Next(game) == PgnStatus::GAME) builder.AddGame(game);
         builder.Write();
-        good_ = directory_.ReadFile("Book.kvb");
+        return directory_.ReadFile("Book.kvb");
     }
 
     std::string Path() const { return directory_.FilePath("Book.kvb"); }
@@ -142,21 +143,24 @@ TEST_F(BookCheckTest, SurvivesDamage) {
 
 // A book whose moves only go to and fro is no endless tree.
 TEST_F(BookCheckTest, EndsInACircle) {
-    BookOptions options;
-    options.MinGames = 1;
-    options.Depth = 1000;
-    BookBuilder builder(options, Path());
-    PgnGame game;
-    game.Result = GameResult::DRAWN;
-    for (int i = 0; i < 300; ++i) {
-        for (const auto& [from, to] : {std::pair(6, 21), {62, 45}, {21, 6}, {45, 62}}) {
-            game.Moves.push_back(BuildMove(from, to, KNIGHT));
-        }
-    }
-    builder.AddGame(game);
-    EXPECT_EQ(builder.Write().Positions, 4);
+    std::string game;
+    for (int i = 0; i < 300; ++i) game += "Nf3 Nf6 Ng1 Ng8 ";
+    Built(game + "1-0");
     EXPECT_EQ(BookTree(BookImage(Path()), BookTree::LONGEST_WAY).Places().size(), 4u);
     EXPECT_TRUE(CheckBook(BookImage(Path())).Faults.empty());
+}
+
+// Keys know neither rights to castle nor en passant: what one way to a position allows, another may not.
+TEST_F(BookCheckTest, TakesMovesThatOneWayAllows) {
+    // In each the way that is found first has lost the right that the other game uses.
+    const std::string wanderingKing = "e4 a6 Nf3 b6 Bc4 c6 Ke2 d6 Ke1 e6 Nc3 1-0 ";
+    for (const std::string& games :
+         {wanderingKing + wanderingKing + "e3 a6 e4 b6 Nf3 c6 Be2 d6 Bc4 e6 O-O 1-0",
+          std::string("e4 d5 e5 e6 Nf3 1-0 e4 e6 e5 d5 exd6 1-0")}) {
+        const std::string book = Built(games);
+        EXPECT_EQ(Faults(book), "") << games;
+        EXPECT_EQ(Export(book, 100).find("illegal"), std::string::npos) << games;
+    }
 }
 
 TEST_F(BookCheckTest, SaysWhatItCantRead) {
