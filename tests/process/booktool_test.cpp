@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "tests/support/tempdirectory.h"
@@ -20,9 +21,11 @@ class BookToolTest : public testing::Test {
     void SetUp() override { directory_.WriteFile("games.pgn", GAMES); }
 
     // Runs the program in the test's directory; returns its exit status.
-    int Run(const std::string& arguments, const std::string& output = "output") {
-        const std::string command = "cd '" + directory_.Path() + "' && '" KESTROVAN_BOOK "' " + arguments +
-                                    " >'" + output + "' 2>'errors' </dev/null";
+    int Run(const std::string& arguments, const std::string& output = "output",
+            const std::string& preparation = ":") {
+        const std::string command = "cd '" + directory_.Path() + "' && " + preparation +
+                                    "; '" KESTROVAN_BOOK "' " + arguments + " >'" + output +
+                                    "' 2>'errors' </dev/null";
         const int status = std::system(command.c_str());
         output_ = directory_.ReadFile("output");
         errors_ = directory_.ReadFile("errors");
@@ -73,21 +76,6 @@ TEST_F(BookToolTest, BuildsAndShowsABook) {
     EXPECT_TRUE(Says("no fault\n")) << output_;
 }
 
-TEST_F(BookToolTest, ReplacesABook) {
-    directory_.WriteFile("Book.kvb", "old");
-    EXPECT_EQ(Run("build --lines games.pgn -o Book.kvb --version 0"), 0);
-    EXPECT_EQ(Run("list Book.kvb"), 0);
-    EXPECT_EQ(output_, "d4      d2d4   weight 50\ne4      e2e4   weight 50\n");
-    size_t files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(directory_.Path())) {
-        const std::string name = entry.path().filename().string();
-        EXPECT_TRUE(name == "games.pgn" || name == "Book.kvb" || name == "output" || name == "errors")
-            << name;
-        ++files;
-    }
-    EXPECT_EQ(files, 4u);
-}
-
 TEST_F(BookToolTest, FindsDamage) {
     ASSERT_EQ(Run("build games.pgn -o Book.kvb --min-games 1"), 0);
     const std::string good = directory_.ReadFile("Book.kvb");
@@ -126,7 +114,48 @@ TEST_F(BookToolTest, RefusesWithAReason) {
     EXPECT_EQ(directory_.ReadFile("games.pgn"), GAMES);
 }
 
-TEST_F(BookToolTest, NoticesAFullDisk) {
+// The files in the test's directory.
+std::set<std::string> FilesIn(const TempDirectory& directory) {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory.Path())) {
+        names.insert(entry.path().filename().string());
+    }
+    return names;
+}
+
+TEST_F(BookToolTest, ReplacesABook) {
+    directory_.WriteFile("Book.kvb", "old");
+    EXPECT_EQ(Run("build --lines games.pgn -o Book.kvb --version 0"), 0);
+    EXPECT_EQ(Run("list Book.kvb"), 0);
+    EXPECT_EQ(output_, "d4      d2d4   weight 50\ne4      e2e4   weight 50\n");
+    EXPECT_EQ(FilesIn(directory_), (std::set<std::string>{"Book.kvb", "errors", "games.pgn", "output"}));
+}
+
+// A limit on the length of files, in blocks of 512 bytes, is as good as a full disk.
+TEST_F(BookToolTest, KeepsTheOldBookWhenTheDiskIsFull) {
+    std::string games;
+    for (const char first : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+        for (const char second : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+            for (const char third : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+                games += {first, '3', ' ', second, '6', ' ', third, '4', ' ', '1', '-', '0', '\n'};
+            }
+        }
+    }
+    directory_.WriteFile("many.pgn", games);
+    directory_.WriteFile("Book.kvb", "old");
+    for (const char* blocks : {"0", "1", "5"}) {
+        const std::string limit = std::string("trap '' XFSZ; ulimit -f ") + blocks;
+        EXPECT_EQ(Run("build many.pgn -o Book.kvb --min-games 1", "/dev/null", limit), 1) << blocks;
+        EXPECT_TRUE(blocks[0] == '0' || errors_.find("can't write") != std::string::npos) << errors_;
+        EXPECT_EQ(directory_.ReadFile("Book.kvb"), "old");
+        EXPECT_EQ(FilesIn(directory_),
+                  (std::set<std::string>{"Book.kvb", "errors", "games.pgn", "many.pgn"}));
+    }
+    EXPECT_EQ(Run("build many.pgn -o Book.kvb --min-games 1", "/dev/null"), 0);
+    EXPECT_EQ(Run("check Book.kvb"), 0);
+}
+
+TEST_F(BookToolTest, NoticesFailuresOfOutput) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no device that is full";
     ASSERT_EQ(Run("build games.pgn -o Book.kvb --min-games 1"), 0);
     EXPECT_EQ(Run("export Book.kvb -o /dev/full"), 1);
