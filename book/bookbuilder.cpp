@@ -244,7 +244,7 @@ GameUse BookBuilder::AddMoves(const PgnGame& game, const MoveRecord results[2]) 
         record.Key2 = static_cast<int32_t>(key.Key2);
         record.From = static_cast<uint8_t>(MoveFrom(move));
         record.To = static_cast<uint8_t>(MoveTo(move));
-        records_.Add(record);
+        if (!record.IsLine || !game.IsMistake[ply]) records_.Add(record);
         MakeMove(move, 1);
         ReserveHistory(HISTORY_RESERVE);
     }

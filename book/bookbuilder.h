@@ -47,7 +47,7 @@ class BookBuilder {
     GameUse AddGame(const PgnGame& game);
 
     // Takes the moves of a line of openings, whatever its result: they stand in the book without results, in
-    // positions for which the games have no move.
+    // positions for which the games have no move. Those that the line marks as mistakes are left out.
     GameUse AddLine(const PgnGame& game);
 
     // Writes the book in place of what has the name already, once it is complete. Nothing can be added

@@ -38,6 +38,11 @@ GameResult ReadResult(const std::string& text) {
     return text == "1/2-1/2" || text == "1/2" ? GameResult::DRAWN : GameResult::UNKNOWN;
 }
 
+// Whether a move's mark is ? or ??, not one of those that leave it open.
+bool IsMarkedAsMistake(const std::string& word) {
+    return word.size() >= 2 && word.back() == '?' && word[word.size() - 2] != '!';
+}
+
 }  // namespace
 
 PgnStatus PgnReader::Next(PgnGame& game) {
@@ -45,6 +50,7 @@ PgnStatus PgnReader::Next(PgnGame& game) {
     isTokenRead_ = false;
     if (token_ == PgnToken::END) return PgnStatus::END;
     game.Moves.clear();
+    game.IsMistake.clear();
     for (const auto& tag : TAGS) (game.*tag.Value).clear();
     game.Fault.clear();
     game.FaultLine = 0;
@@ -114,6 +120,7 @@ void PgnReader::ReadMove(PgnGame& game) {
     switch (ResolveSan(lexer_.Word().c_str(), &move)) {
         case SAN_FOUND:
             game.Moves.push_back(move);
+            game.IsMistake.push_back(IsMarkedAsMistake(lexer_.Word()));
             MakeMove(move, 1);
             ReserveHistory(HISTORY_RESERVE);
             return;

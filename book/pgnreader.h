@@ -16,8 +16,9 @@ struct PgnGame {
     int64_t Number = 0;  // in the file, from 1
     int64_t Line = 0;    // where it begins, from 1
     GameResult Result = GameResult::UNKNOWN;
-    bool HasSetUp = false;    // begins from another position than the initial one
-    std::vector<Move> Moves;  // the first of the game
+    bool HasSetUp = false;        // begins from another position than the initial one
+    std::vector<Move> Moves;      // the first of the game
+    std::vector<bool> IsMistake;  // by place in Moves: written with ? or ??
     std::string Event, White, Black, ResultTag, Fen, Variant;  // tags, empty without them
 
     // Of a broken game; Moves holds those before the fault.

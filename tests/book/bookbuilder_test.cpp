@@ -209,6 +209,11 @@ TEST_F(BookBuilderTest, TakesLinesWhereGamesHaveNoMove) {
     EXPECT_EQ(MovesBehind(book, "d4"), "d7d5 0 0, g8f6 0 0")
         << "games that the filter has refused leave no result";
     EXPECT_EQ(MovesBehind(book, "d4 d5"), "c2c4 0 0");
+    const std::string marked = Build("", options, "f3! e5 g4? Qh4 * a4 e5 h4?? d5 Na3?! *");
+    EXPECT_EQ(MovesBehind(marked, ""), "a2a4 0 0, f2f3 0 0");
+    EXPECT_EQ(MovesBehind(marked, "f3 e5"), MovesBehind(marked, "a4 e5")) << "mistakes are not played";
+    EXPECT_EQ(MovesBehind(marked, "f3 e5 g4"), "d8h4 0 0") << "but answered";
+    EXPECT_EQ(MovesBehind(marked, "a4 e5 h4 d5"), "b1a3 0 0");
 }
 
 // Random games, many of which begin alike.

@@ -189,10 +189,13 @@ TEST_F(LearnFileTest, QueuedLessonsAreWrittenAndLogged) {
     EXPECT_TRUE(Knows({570, -60, move, CurrentLearnedKey()}));
     EXPECT_EQ(Contents().size(), HEAD + RECORD);
     const std::string fen = GetFEN() + "\n";
-    EXPECT_EQ(directory_.ReadFile("learn.log"),
-              "0\tAdd: Depth = 510\tOldEvaluation = 30\tEvaluaton = -20\tFEN = " + fen +
-                  "1\tRefresh: Depth = 570\tOldEvaluation = 10\tEvaluaton = -60\tFEN = " + fen);
+    // The lines are counted since the program started.
     const std::string log = directory_.ReadFile("learn.log");
+    const int number = std::stoi(log);
+    EXPECT_EQ(log, std::to_string(number) +
+                       "\tAdd: Depth = 510\tOldEvaluation = 30\tEvaluaton = -20\tFEN = " + fen +
+                       std::to_string(number + 1) +
+                       "\tRefresh: Depth = 570\tOldEvaluation = 10\tEvaluaton = -60\tFEN = " + fen);
     for (int i = 0; i < 9; ++i) QueueLesson(630 + i, 0, 0, move);
     EXPECT_EQ(LearningQueueCount, LEARNING_QUEUE_SIZE);
     LogLearningIntoFile = 0;

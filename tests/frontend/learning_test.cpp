@@ -46,8 +46,9 @@ class LearningTest : public CoreTest {
 
     // The engine's next move with its score, and its opponent's answer.
     void Play(int score, bool isFromBook = false) {
-        constexpr const char* MOVES[][2] = {{"e2e4", "e7e5"}, {"g1f3", "b8c6"}, {"f1b5", "a7a6"}, {"b5a4", "g8f6"},
-                                            {"e1g1", "f8e7"}, {"f1e1", "b7b5"}, {"a4b3", "d7d6"}, {"c2c3", "e8g8"}};
+        constexpr const char* MOVES[][2] = {{"e2e4", "e7e5"}, {"g1f3", "b8c6"}, {"f1b5", "a7a6"},
+                                            {"b5a4", "g8f6"}, {"e1g1", "f8e7"}, {"f1e1", "b7b5"},
+                                            {"a4b3", "d7d6"}, {"c2c3", "e8g8"}};
         const auto& [own, reply] = MOVES[moves_++];
         RootMoveCount = 30;
         RootScore = score;
@@ -103,7 +104,7 @@ TEST_F(LearningTest, LearnsFromClearFallsOfDeepSearchesOnly) {
     const struct {
         int Before, Now, Depth, Book, Queued;
     } rows[] = {
-        {30, -11, 7, 0, 1}, {30, -10, 7, 0, 0}, {30, -11, 6, 0, 0},   {-179, -300, 7, 0, 1},
+        {30, -11, 7, 0, 1},    {30, -10, 7, 0, 0},  {30, -11, 6, 0, 0},  {-179, -300, 7, 0, 1},
         {-180, -300, 7, 0, 0}, {600, 519, 7, 0, 1}, {600, 520, 7, 0, 0}, {30, -11, 7, 1, 0},
     };
     for (const auto& row : rows) {

@@ -33,7 +33,8 @@ class BookSession {
   public:
     explicit BookSession(const BookWriter& book, const std::string& settings = "") {
         Directory.WriteFile("my book.kvb", book.Bytes());
-        Program.emplace(settings + "OpeningsBook = " + Directory.FilePath("my book.kvb") + "\nPondering = off\n");
+        Program.emplace(settings + "OpeningsBook = " + Directory.FilePath("my book.kvb") +
+                        "\nPondering = off\n");
     }
 
     // Good and bad results of the first move of a position.
@@ -79,8 +80,8 @@ TEST(BookPlayTest, AnswersUciFromTheBook) {
     engine->Send("ponderhit");
     EXPECT_EQ(engine->ReadLine(), "bestmove f2f3");
     for (const std::string option : {"OwnBook value false", "MultiPV value 2"}) {
-        engine->Send("setoption name OwnBook value true\nsetoption name MultiPV value 1\nsetoption name " + option +
-                     "\nposition startpos\ngo depth 3");
+        engine->Send("setoption name OwnBook value true\nsetoption name MultiPV value 1\nsetoption name " +
+                     option + "\nposition startpos\ngo depth 3");
         EXPECT_GT(engine->ReadUntil("bestmove").size(), 1u) << option;
     }
     const std::string lost = Join(engine->Ask("setoption name OpeningsBook value none.kvb\nbkm"));
@@ -92,7 +93,8 @@ TEST(BookPlayTest, Version0ShowsInTheSettings) {
     const BookWriter book = SmallBook(0);
     Engine engine(EnginePath(), "UseBookLearning = on\n");
     BookSession session(book, "UseBookLearning = on\n");
-    const std::string report = WholeOutput("", "OpeningsBook = " + session.Directory.FilePath("my book.kvb") + "\n");
+    const std::string report =
+        WholeOutput("", "OpeningsBook = " + session.Directory.FilePath("my book.kvb") + "\n");
     EXPECT_NE(report.find("NG: Book learning not supported for book version 0\n4 nodes in openings book\n"),
               std::string::npos);
     EXPECT_NE(report.find("UseBookWeights = off\nUseBookLearning = off\n"), std::string::npos);
@@ -108,8 +110,30 @@ TEST(BookPlayTest, FindsTheBookBesideTheProgram) {
     const std::string report = Join(engine.ReadUntil("Pondering"));
     EXPECT_NE(report.find("\n4 nodes in openings book\n"), std::string::npos) << report;
     // The name that is announced as the default means that book.
-    EXPECT_EQ(Join(engine.Ask("setoption name OpeningsBook value .\\book.kvb")).find("Error"), std::string::npos);
+    EXPECT_EQ(Join(engine.Ask("setoption name OpeningsBook value .\\book.kvb")).find("Error"),
+              std::string::npos);
 }
+
+#ifdef KESTROVAN_DEFAULT_BOOK
+TEST(BookPlayTest, TheBookOfTheProgramKnowsOpenings) {
+    Session engine(std::string("OpeningsBook = ") + KESTROVAN_DEFAULT_BOOK +
+                   "\nUseBookLearning = off\nPondering = off\n");
+    // All that the book plays of itself, for as long as it knows the way, then what somebody else may begin
+    // with.
+    engine.Ask("new\nst 1");
+    int moves = 0;
+    while (Join(engine.Ask("bkm")).find("No moves") == std::string::npos) {
+        const std::string said = Join(engine.Ask("go"));
+        ASSERT_TRUE(said.starts_with("move ") && said.size() <= 11) << said;
+        ++moves;
+    }
+    EXPECT_GE(moves, 8) << "plies of an opening";
+    for (const char* line : {"g2g4", "f2f3\ne7e5\ng2g4", "e2e4\nf7f6", "a2a4", "e2e4\nc7c5", "b1a3"}) {
+        const std::string listing = Join(engine.Ask("new\nforce\n" + std::string(line) + "\nbkm"));
+        EXPECT_NE(listing.find(" in book:\n"), std::string::npos) << line << listing;
+    }
+}
+#endif
 
 TEST(BookLearningTest, WritesResultsIntoTheBook) {
     const BookWriter book = SmallBook();
@@ -119,7 +143,8 @@ TEST(BookLearningTest, WritesResultsIntoTheBook) {
         const std::string said = Join(engine->Ask("xboard\nnew\nforce\nf2f3\ne7e5\ng2g4\nd8h4\ngo\ngo"));
         EXPECT_NE(said.find("0-1 {Black mates}"), std::string::npos);
         EXPECT_EQ(engine.Counts(book, AFTER_E5), Counts(61, 41)) << "once a game";
-        for (const auto& fen : {START, AFTER_F3, AFTER_G4}) EXPECT_EQ(engine.Counts(book, fen), Counts(60, 40));
+        for (const auto& fen : {START, AFTER_F3, AFTER_G4})
+            EXPECT_EQ(engine.Counts(book, fen), Counts(60, 40));
     }
     {
         // A search that sees the win.
@@ -127,7 +152,8 @@ TEST(BookLearningTest, WritesResultsIntoTheBook) {
         engine->Send("xboard\nnew\nforce\nf2f3\ne7e5\ng2g4\na7a6\na2a3\nsd 6\ngo");
         engine->ReadUntil("move d8h4");
         EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(62, 40));
-        for (const auto& fen : {START, AFTER_E5, AFTER_G4}) EXPECT_EQ(engine.Counts(book, fen), Counts(60, 40));
+        for (const auto& fen : {START, AFTER_E5, AFTER_G4})
+            EXPECT_EQ(engine.Counts(book, fen), Counts(60, 40));
     }
     {
         // A game that is given up for a new one: the engine's last move is taken for unplayed.

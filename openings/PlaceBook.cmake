@@ -1,0 +1,17 @@
+# Puts the book MADE at PLACE, unless the one that is there has changed since this script put it there: it has learnt.
+# STAMP keeps what was put there.
+file(SHA256 ${MADE} new)
+set(old "")
+if(EXISTS ${STAMP})
+  file(READ ${STAMP} old)
+endif()
+if(EXISTS ${PLACE})
+  file(SHA256 ${PLACE} present)
+  if(NOT present STREQUAL new AND NOT present STREQUAL old)
+    message("Kestrovan: ${PLACE} has learnt from games and is kept; delete it to get the new opening book")
+    file(TOUCH ${STAMP})
+    return()
+  endif()
+endif()
+file(COPY_FILE ${MADE} ${PLACE} ONLY_IF_DIFFERENT)
+file(WRITE ${STAMP} ${new})
