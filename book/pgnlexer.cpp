@@ -82,61 +82,52 @@ void CutMoveNumber(std::string& word) {
 PgnToken PgnLexer::Take() {
     while (true) {
         line_ = source_.Line();
-        const int byte = source_.Peek();
-        switch (byte) {
+        switch (source_.Peek()) {
             case END:
                 return PgnToken::END;
-            case '\n':
-            case '\r':
-                source_.Take();
-                isTagPlace_ = true;
-                continue;
-            case '[':
-                if (isTagPlace_ && IsTagAhead()) {
-                    TakeTag();
-                    return PgnToken::TAG;
-                }
-                SkipBrackets(']');
-                continue;
-            case '<':
-                SkipBrackets('>');
-                continue;
             case '{':
                 if (!SkipComment()) return Unclosed("comment");
                 continue;
             case '(':
                 if (!SkipVariation()) return Unclosed("variation");
                 continue;
-            case ';':
-                source_.SkipLine();
-                continue;
-            case '$':
-                do source_.Take();
-                while (IsDigit(source_.Peek()));
-                continue;
-            case '*':
-                source_.Take();
-                word_ = "*";
-                isTagPlace_ = true;
-                return PgnToken::RESULT;
-            case '%':
-                if (source_.IsAtLineStart()) {
-                    source_.SkipLine();
-                    continue;
+            case '[':
+                if (isTagPlace_ && IsTagAhead()) {
+                    TakeTag();
+                    return PgnToken::TAG;
                 }
                 break;
-            default:
-                if (EndsWord(byte) || source_.StartsWith(NO_BREAK_SPACE)) {
-                    source_.Take();
-                    if (!EndsWord(byte)) source_.Take();
-                    continue;
-                }
+            case '*':
+                word_ = static_cast<char>(source_.Take());
+                isTagPlace_ = true;
+                return PgnToken::RESULT;
         }
+        if (SkipFiller()) continue;
         isTagPlace_ = false;
         if (!TakeWord()) continue;
         isTagPlace_ = IsAny(word_, std::begin(RESULTS), std::end(RESULTS));
         return isTagPlace_ ? PgnToken::RESULT : PgnToken::WORD;
     }
+}
+
+// Takes what stands between words and says nothing of the game; false before a word.
+bool PgnLexer::SkipFiller() {
+    const int byte = source_.Peek();
+    if (byte == ';' || (byte == '%' && source_.IsAtLineStart())) {
+        source_.SkipLine();
+    } else if (byte == '[' || byte == '<') {
+        SkipBrackets(byte == '[' ? ']' : '>');
+    } else if (byte == '$') {
+        do source_.Take();
+        while (IsDigit(source_.Peek()));
+    } else if (EndsWord(byte)) {
+        if (source_.Take() == '\n') isTagPlace_ = true;
+    } else if (source_.StartsWith(NO_BREAK_SPACE)) {
+        for (int i = 0; i < 2; ++i) source_.Take();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 PgnToken PgnLexer::Unclosed(const char* what) {

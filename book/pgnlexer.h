@@ -31,6 +31,7 @@ class PgnLexer {
     static constexpr size_t VALUE_LIMIT = 255;
 
   private:
+    bool SkipFiller();
     bool IsTagAhead();
     void TakeTag();
     void TakeTagValue();

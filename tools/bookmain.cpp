@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -112,6 +113,9 @@ int main(int argc, char** argv) {
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
             throw BookError("can't write to standard output");
         }
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "kestrovan-book: not enough memory (build has the option --memory)\n");
+        return 1;
     } catch (const std::exception& error) {
         std::fflush(stdout);
         std::fprintf(stderr, "kestrovan-book: %s\n", error.what());
