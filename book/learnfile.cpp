@@ -90,14 +90,22 @@ std::vector<uint8_t> EmptyFile() {
     return bytes;
 }
 
-// Whether the open file is a learning file; one that is new, or whose maker was stopped while he made it, is
-// completed. The file is locked.
-bool IsLearningFile() {
+// Whether the open file begins as a learning file does.
+bool HasTitle() {
+    std::array<char, TITLE_BYTES> title{};
+    LearningFile.ReadAt(0, title.data(), title.size());
+    return std::equal(title.begin(), title.end(), TITLE);
+}
+
+// Completes a file that is new, or whose maker was stopped while he made it. False for any other that is too
+// short.
+bool CompleteFile() {
+    const FileLock lock(LearningFile);
+    if (LearningFile.Length() >= RECORDS_START) return true;
     std::vector<uint8_t> bytes(RECORDS_START);
     const std::vector<uint8_t> empty = EmptyFile();
-    const size_t length = LearningFile.ReadAt(0, bytes.data(), bytes.size());
-    if (length == bytes.size()) return std::equal(TITLE, TITLE + TITLE_BYTES, bytes.begin());
-    return std::equal(empty.begin(), empty.begin() + static_cast<int64_t>(length), bytes.begin()) &&
+    const auto length = static_cast<int64_t>(LearningFile.ReadAt(0, bytes.data(), bytes.size()));
+    return lock.IsHeld() && std::equal(bytes.begin(), bytes.begin() + length, empty.begin()) &&
            LearningFile.WriteAt(0, empty.data(), empty.size());
 }
 
@@ -109,12 +117,8 @@ LearnedKey CurrentLearnedKey() {
 
 void OpenLearningFile() {
     LearningFile.Open(FILE_NAME, SharedFile::READ_WRITE_OR_CREATE);
-    bool isUsable = false;
-    {
-        const FileLock lock(LearningFile);
-        isUsable = lock.IsHeld() && IsLearningFile();
-    }
-    if (isUsable) return;
+    const bool isWhole = LearningFile.IsOpen() && (LearningFile.Length() >= RECORDS_START || CompleteFile());
+    if (isWhole && HasTitle()) return;
     Print("Error opening \"%s\"!\n", FILE_NAME);
     FlushOutput();
     CloseLearningFile();

@@ -275,8 +275,10 @@ TEST_F(LearnFileTest, IsSharedByTwoProcesses) {
     for (uint32_t program = 0; program < 2; ++program) {
         workers[program] = StartWorker(-1, [program](auto) {
             for (uint32_t i = 0; i < RECORDS; ++i) {
-                const FileLock lock(LearningFile);
-                AddLearned(MakeRecord(2 * i + program));
+                for (bool isAdded = false; !isAdded;) {
+                    const FileLock lock(LearningFile);
+                    isAdded = lock.IsHeld() && AddLearned(MakeRecord(2 * i + program));
+                }
             }
         });
     }
