@@ -179,4 +179,64 @@ TEST(BookLearningTest, WritesResultsIntoTheBook) {
     }
 }
 
+// The first moves of either side.
+std::vector<std::string> FirstMoves(char rank) {
+    const bool isWhite = rank == '1';
+    std::vector<std::string> moves;
+    for (const char* step : {"23", "24"}) {
+        for (char file = 'a'; file <= 'h'; ++file) {
+            const char from = isWhite ? step[0] : static_cast<char>('9' - step[0] + '0');
+            const char to = isWhite ? step[1] : static_cast<char>('9' - step[1] + '0');
+            moves.push_back({file, from, file, to});
+        }
+    }
+    for (const std::string leap : {"ba", "bc", "gf", "gh"}) {
+        moves.push_back({leap[0], rank, leap[1], isWhite ? '3' : '6'});
+    }
+    return moves;
+}
+
+// A learning file by which every first move but one loses.
+std::string FileAgainstAllBut(const std::string& best, Session& engine) {
+    constexpr size_t TITLE = 23, RECORDS = 262167;
+    std::string file = "Kestrovan learning file";
+    file.resize(RECORDS);
+    for (const std::string& move : FirstMoves('1')) {
+        for (const std::string& reply : FirstMoves('8')) {
+            const std::string keys = Join(engine.Ask("new\nforce\n" + move + "\n" + reply + "\nbkm"));
+            const auto number = [&](const char* name) {
+                return static_cast<uint32_t>(std::stoi(keys.substr(keys.find(name) + 9)));
+            };
+            const uint32_t key1 = number("nhash1 = "), key2 = number("nhash2 = ");
+            // g1f3 or, where that is gone, b1c3: knights have the code 2.
+            const bool isTaken = move == "g1f3" || move == "g1h3" || move == "f2f3";
+            const uint32_t next = isTaken ? 1 | 18 << 6 | 2 << 12 : 6 | 21 << 6 | 2 << 12;
+            const std::string place = LittleEndian(static_cast<uint32_t>(file.size()));
+            size_t link = TITLE + 4 * (key1 & 0xFFFF);
+            for (const std::string none = LittleEndian(0); file.substr(link, 4) != none;) {
+                const std::string to = file.substr(link, 4);
+                link = 20;
+                for (size_t i = 0; i < 4; ++i)
+                    link += static_cast<unsigned char>(to[i]) * (size_t{1} << (8 * i));
+            }
+            file.replace(link, 4, place);
+            const int score = move == best ? 200 : -200;
+            file += LittleEndian(6000) + LittleEndian(static_cast<uint32_t>(score)) + LittleEndian(next) +
+                    LittleEndian(key1) + LittleEndian(key2) + LittleEndian(0);
+        }
+    }
+    return file;
+}
+
+TEST(PositionLearningTest, GuidesTheSearch) {
+    for (const std::string best : {"a2a3", "g1h3"}) {
+        Session engine("UseLearningData = on\nPondering = off\n");
+        engine.Directory().WriteFile("Learn.kv1", FileAgainstAllBut(best, engine));
+        engine.Send("new\nsd 11\ngo");
+        EXPECT_EQ(engine.ReadUntil("move ").back(), "move " + best);
+    }
+    Session engine("Learning = off\n");
+    EXPECT_FALSE(std::filesystem::exists(engine.Directory().FilePath("Learn.kv1")));
+}
+
 }  // namespace
