@@ -202,9 +202,20 @@ void ScaleResults(std::vector<MoveResults>& moves, uint32_t limit) {
     }
 }
 
-BookBuilder::BookBuilder(const BookOptions& options, std::string path)
+namespace {
+
+// Where a book of the name is to stand: a link is followed, and nothing but a file replaced.
+std::string BookPlace(const std::string& path) {
+    if (!std::filesystem::exists(path)) return path;
+    if (!std::filesystem::is_regular_file(path)) throw BookError(path + " is no file");
+    return std::filesystem::canonical(path).string();
+}
+
+}  // namespace
+
+BookBuilder::BookBuilder(const BookOptions& options, const std::string& path)
     : options_(options),
-      path_(std::move(path)),
+      path_(BookPlace(path)),
       records_(static_cast<size_t>(options.MemoryBytes) / sizeof(MoveRecord), path_ + ".tmp-run") {}
 
 GameUse BookBuilder::AddGame(const PgnGame& game) {
@@ -244,7 +255,8 @@ GameUse BookBuilder::AddMoves(const PgnGame& game, const MoveRecord results[2]) 
         record.Key2 = static_cast<int32_t>(key.Key2);
         record.From = static_cast<uint8_t>(MoveFrom(move));
         record.To = static_cast<uint8_t>(MoveTo(move));
-        if (!record.IsLine || !game.IsMistake[ply]) records_.Add(record);
+        const bool isLeftOut = record.IsLine && ply < game.IsMistake.size() && game.IsMistake[ply];
+        if (!isLeftOut) records_.Add(record);
         MakeMove(move, 1);
         ReserveHistory(HISTORY_RESERVE);
     }

@@ -41,7 +41,7 @@ class BookBuilder {
   public:
     // The book is to be written to `path`; temporary files stand beside it. Failures, here and below, throw a
     // BookError.
-    BookBuilder(const BookOptions& options, std::string path);
+    BookBuilder(const BookOptions& options, const std::string& path);
 
     // Counts a game that has been read without fault, or leaves it out and says why. Uses `board`.
     GameUse AddGame(const PgnGame& game);

@@ -53,13 +53,11 @@ class Checker {
     }
 
     void CheckOrder() {
-        const auto words = [this](int64_t node) {
-            const BookKey key = book_.Key(node);
-            return std::make_pair(static_cast<int32_t>(key.Key1), static_cast<int32_t>(key.Key2));
-        };
         for (int64_t node = 1; node < book_.Nodes(); ++node) {
-            if (words(node) == words(node - 1)) Report("position that is there twice", NodeText(node));
-            if (words(node) < words(node - 1)) Report("position out of order", NodeText(node));
+            if (book_.Key(node) == book_.Key(node - 1))
+                Report("position that is there twice", NodeText(node));
+            if (IsBefore(book_.Key(node), book_.Key(node - 1)))
+                Report("position out of order", NodeText(node));
         }
     }
 

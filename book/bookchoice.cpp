@@ -3,21 +3,16 @@
 #include <cstdlib>
 
 #include "book/bookfile.h"
+#include "book/bookmove.h"
 #include "book/booksettings.h"
+#include "book/learnfile.h"
 #include "core/board.h"
-#include "core/legal.h"
 #include "platform/output.h"
 
 namespace {
 
-// The Move word of an entry, 0 when no such move can be played.
 Move MoveOfEntry(const BookEntry& entry) {
-    if (entry.From > H8 || entry.To > H8) return NO_MOVE;
-    const unsigned piece = board.PieceOn[entry.From];
-    const bool isPromotion = piece == PAWN && (RankOf(entry.To) == 0 || RankOf(entry.To) == 7);
-    const Move move =
-        BuildMove(entry.From, entry.To, piece, board.PieceOn[entry.To], isPromotion ? QUEEN : EMPTY);
-    return IsLegalMove(move) ? move : NO_MOVE;
+    return LegalBookMove(entry.From, entry.To);
 }
 
 int ScoreEntry(const BookEntry& entry) {
@@ -103,8 +98,8 @@ int ScoreBookMove(unsigned good, unsigned bad) {
 }
 
 void ListBookMoves() {
-    const auto low = static_cast<uint32_t>(board.HashKey), high = static_cast<uint32_t>(board.HashKey >> 16);
-    Print("Current nhash1 = %d, nhash2 = %d\n", static_cast<int>(low), static_cast<int>(high));
+    const LearnedKey key = CurrentLearnedKey();
+    Print("Current nhash1 = %d, nhash2 = %d\n", static_cast<int>(key.Key1), static_cast<int>(key.Key2));
     BookList list;
     if (!BookLoaded) {
         Print("No book loaded...\n");

@@ -99,10 +99,6 @@ void CloseBook() {
 bool FindBookPosition(int64_t* listPlace) {
     if (!BookLoaded) return false;
     const BookKey key = CurrentBookKey();
-    const auto isBefore = [](const BookKey& a, const BookKey& b) {
-        const auto first = static_cast<int32_t>(a.Key1), second = static_cast<int32_t>(b.Key1);
-        return first != second ? first < second : static_cast<int32_t>(a.Key2) < static_cast<int32_t>(b.Key2);
-    };
     int64_t low = BOOK_HEADER_RECORDS, high = NodeCount + BOOK_HEADER_RECORDS;
     while (high > low) {
         const int64_t middle = (low + high) / 2;
@@ -113,7 +109,7 @@ bool FindBookPosition(int64_t* listPlace) {
             *listPlace = GetWord(record + 8);
             return true;
         }
-        if (isBefore(key, found)) {
+        if (IsBefore(key, found)) {
             high = middle;
         } else {
             low = middle + 1;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "book/bookerror.h"
+#include "book/bookmove.h"
 #include "book/littleendian.h"
 #include "core/board.h"
 #include "core/legal.h"
@@ -17,11 +18,6 @@
 namespace {
 
 constexpr int BOOK_RESERVED_PLACE = BOOK_VERSION_PLACE + 4;
-
-// Books sort keys by these.
-std::pair<int32_t, int32_t> SignedWords(const BookKey& key) {
-    return {static_cast<int32_t>(key.Key1), static_cast<int32_t>(key.Key2)};
-}
 
 // The rights to castle of kings and rooks at home.
 uint32_t PossibleRights() {
@@ -119,7 +115,7 @@ int64_t BookImage::Find(const BookKey& key) const {
     while (first < end) {
         const int64_t middle = (first + end) / 2;
         if (Key(middle) == key) return middle;
-        if (SignedWords(Key(middle)) < SignedWords(key)) {
+        if (IsBefore(Key(middle), key)) {
             first = middle + 1;
         } else {
             end = middle;
@@ -132,24 +128,15 @@ int32_t BookImage::Word(size_t place) const {
     return static_cast<int32_t>(GetWord(&bytes_[place]));
 }
 
-Move LegalBookMove(const BookMove& move) {
-    if (move.From > H8 || move.To > H8) return NO_MOVE;
-    const unsigned piece = board.PieceOn[move.From];
-    const bool isPromotion = piece == PAWN && (RankOf(move.To) == 0 || RankOf(move.To) == 7);
-    const Move word = BuildMove(move.From, move.To, piece, board.PieceOn[move.To],
-                                isPromotion ? unsigned{QUEEN} : unsigned{EMPTY});
-    return IsLegalMove(word) ? word : NO_MOVE;
-}
-
 Move LikelyBookMove(const BookMove& move) {
-    Move legal = LegalBookMove(move);
+    Move legal = LegalBookMove(move.From, move.To);
     if (legal != NO_MOVE || move.From > H8 || move.To > H8) return legal;
     const uint32_t rights = board.CastlingFlags;
     HistoryRecord& last = History[HistoryLength - 1];
     const Move lastMove = last.Move;
     board.CastlingFlags = PossibleRights();
     last.Move = PossibleDoubleStep(move);
-    legal = LegalBookMove(move);
+    legal = LegalBookMove(move.From, move.To);
     board.CastlingFlags = rights;
     last.Move = lastMove;
     return legal;

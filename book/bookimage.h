@@ -57,12 +57,9 @@ class BookImage {
     std::vector<uint8_t> bytes_;
 };
 
-// The legal move of the position on the board that a book's squares mean, or NO_MOVE. Pawns become queens:
-// books don't say more.
-Move LegalBookMove(const BookMove& move);
-
-// The same with every right to castle and to capture en passant that the men allow: a book's key doesn't tell
-// them, and games may have come to the position with more of them than stand on the board.
+// LegalBookMove (bookmove.h) with every right to castle and to capture en passant that the men allow: a
+// book's key doesn't tell them, and games may have come to the position with more of them than stand on the
+// board.
 Move LikelyBookMove(const BookMove& move);
 
 // The squares, as coordinates or, if there are none of the name, as numbers.

@@ -15,5 +15,11 @@ struct BookKey {
     bool operator==(const BookKey&) const = default;
 };
 
+// Whether a book has position a before position b.
+inline bool IsBefore(const BookKey& a, const BookKey& b) {
+    const auto first = static_cast<int32_t>(a.Key1), second = static_cast<int32_t>(b.Key1);
+    return first != second ? first < second : static_cast<int32_t>(a.Key2) < static_cast<int32_t>(b.Key2);
+}
+
 // The key of the position on the board.
 BookKey CurrentBookKey();

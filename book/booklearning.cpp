@@ -58,8 +58,9 @@ bool IsBookLearningDue() {
 }
 
 void LearnBookGame(BookResult result) {
-    BookLearningDone = 1;
     const FileLock lock(BookFile);
+    if (BookFile.IsWritable() && !lock.IsHeld()) return;
+    BookLearningDone = 1;
     if (!lock.IsHeld()) return;
     GameRewind game;
     // The first position of all is deliberately left out: its moves are what the author of the book plays.

@@ -12,7 +12,8 @@ extern int BookLearningDone;  // whether this game's result has been written bac
 bool IsBookLearningDue();
 
 // Writes the result into every book position of the game in which the side to move was to move, and lets that
-// be all for this game. The position and the game stay.
+// be all for this game; while another program keeps the book to itself nothing is done, and may be tried
+// again. The position and the game stay.
 void LearnBookGame(BookResult result);
 
 // Writes the result into the entry of `move` in the position on the board, if the book has a live one.

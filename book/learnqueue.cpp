@@ -24,9 +24,8 @@ void LogLesson(const char* what, const Lesson& lesson) {
     std::fclose(log);
 }
 
+// The file is locked.
 void WriteLesson(const Lesson& lesson) {
-    const FileLock lock(LearningFile);
-    if (!lock.IsHeld()) return;
     LearnedRecord known;
     uint32_t place = 0;
     if (FindLearned(lesson.Record.Key, &known, &place)) {
@@ -48,6 +47,8 @@ void QueueLesson(int depth, int oldScore, int newScore, Move move) {
 }
 
 void FlushLearningQueue() {
+    const FileLock lock(LearningFile);
+    if (LearningFile.IsOpen() && !lock.IsHeld()) return;
     for (int i = 0; i < LearningQueueCount; ++i) WriteLesson(LearningQueue[i]);
     ClearLearningQueue();
 }

@@ -21,7 +21,7 @@ extern int LearningQueueCount;
 void QueueLesson(int depth, int oldScore, int newScore, Move move);
 
 // Writes the lessons to the file and, with LogLearningIntoFile, a line for each to "learn.log"; then the
-// queue is empty.
+// queue is empty. While another program keeps the file to itself, they wait.
 void FlushLearningQueue();
 
 void ClearLearningQueue();

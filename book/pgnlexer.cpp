@@ -189,6 +189,32 @@ bool PgnLexer::IsPromotionAhead() {
            std::strchr("18", word_.back()) != nullptr && std::strchr("QRBN", source_.Peek(1)) != nullptr;
 }
 
+// Completes a word that is the first half of a result with blanks around its hyphen.
+bool PgnLexer::TakeRestOfResult() {
+    if (word_ != "1" && word_ != "0" && word_ != "1/2") return false;
+    size_t place = 0;
+    const auto skipBlanks = [&] {
+        while (place < PgnSource::LONGEST_PEEK / 2 && IsBlank(source_.Peek(place))) ++place;
+    };
+    skipBlanks();
+    if (source_.Peek(place) != '-') return false;
+    ++place;
+    skipBlanks();
+    for (const std::string result : {"1-0", "0-1", "1/2-1/2"}) {
+        const size_t hyphen = result.find('-');
+        const std::string rest = result.substr(hyphen + 1);
+        size_t length = 0;
+        while (length < rest.size() && source_.Peek(place + length) == rest[length]) ++length;
+        if (word_ != result.substr(0, hyphen) || length < rest.size() ||
+            !EndsWord(source_.Peek(place + length)))
+            continue;
+        for (place += length; place > 0; --place) source_.Take();
+        word_ = result;
+        return true;
+    }
+    return false;
+}
+
 // Takes a word and all that is glued to it; false if it says nothing of the game.
 bool PgnLexer::TakeWord() {
     word_.clear();
@@ -207,7 +233,7 @@ bool PgnLexer::TakeWord() {
             AddToWord(source_.Take());
         }
     }
-    if (IsAny(word_, std::begin(RESULTS), std::end(RESULTS))) return true;
+    if (TakeRestOfResult() || IsAny(word_, std::begin(RESULTS), std::end(RESULTS))) return true;
     CutMoveNumber(word_);
     return !IsBare(word_) && !IsAny(word_, std::begin(ASIDES), std::end(ASIDES));
 }

@@ -38,6 +38,7 @@ class PgnLexer {
     bool TakeWord();
     void AddToWord(int byte);
     bool IsPromotionAhead();
+    bool TakeRestOfResult();
     bool SkipComment();
     bool SkipVariation();
     void SkipBrackets(char closing);

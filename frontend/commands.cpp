@@ -52,7 +52,7 @@ void SetSideToMove() {
 }
 
 void RunReset() {
-    if (LastScore == 0) LearnAbandonedGame();
+    LearnPreviousGame();
     ResetGameMemory();
 }
 

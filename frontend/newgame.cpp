@@ -7,6 +7,7 @@
 #include "core/positionfault.h"
 #include "core/rewind.h"
 #include "eval/evaluate.h"
+#include "frontend/resign.h"
 #include "platform/output.h"
 #include "search/draws.h"
 #include "search/modes.h"
@@ -18,10 +19,14 @@ int ForceMode = 0;
 int FritzMode = 0;
 
 void LearnAbandonedGame() {
-    if (!IsBookLearningDue() || board.SideToMove == LastScoreSide) return;
+    if (!IsBookLearningDue() || board.SideToMove == LastScoreSide || !IsOfThisGame(0)) return;
     // The engine's last move has been answered by nobody.
     const GameRewind game;
     if (game.StepBack()) LearnBookGame(GAME_ENDED);
+}
+
+void LearnPreviousGame() {
+    if (LastScore == 0) LearnAbandonedGame();
 }
 
 void ResetGameMemory() {

@@ -12,9 +12,13 @@ extern int FritzMode;  // new games keep what was learnt; set by "fritz", never 
 // Clocks and time control stay.
 void NewGame();
 
-// Writes the end of a game that is given up for another into the book, if that is due: the engine has made
-// the last move, and nobody has lost or won by what it learnt since.
+// Writes the end of a game that is given up for another into the book, if that is due and the engine itself
+// has made the last move.
 void LearnAbandonedGame();
+
+// The same for a game in which the engine's last score was 0, as it is in the book: nothing else tells that a
+// game is at its end.
+void LearnPreviousGame();
 
 // Forgets what the searches of the game have learnt; the position stays.
 void ResetGameMemory();

@@ -70,10 +70,10 @@ void PlayBestMove() {
     LastScoreSide = board.SideToMove;
     if (!IsBookMove) PrintFinalLine();
     if (IsMoveUnwanted()) return;
-    const bool isGame = EngineTime != INFINITE_TIME;
+    const bool isGame = IsGameSearch();
     if (isGame) LearnFromScore();
     PlayMove(move);
-    PushResignHistory();
+    if (isGame) PushResignHistory();
     AnnounceMove(move);
     if (isGame && Learning) UpdatePositionLearning();
 }

@@ -196,6 +196,8 @@ void ChangeTablebasePath(const char* path) {
     RegisterTablebases();
 }
 
+// Interfaces say "ucinewgame" before a game, which the chain gives to "uci", deliberately: what there is to
+// be done about the book happens here.
 void RunUci() {
     Print("id name Kestrovan 1.50\n");
     Print("id author Tomas K. Varnel\n");
@@ -214,11 +216,14 @@ void RunUci() {
     FlushOutput();
     UciMode = 1;
     PonderingOn = 0;
+    LearnPreviousGame();
+    ResetBookGame();
 }
 
 // The chain gives this line to "uci", deliberately; the branch waits for a chain that does not.
 void RunUciNewGame() {
     LastBestMove = NO_MOVE;
+    LearnPreviousGame();
     ResetGameMemory();
 }
 
@@ -246,9 +251,7 @@ void RunPosition() {
     }
     if (TokenCount >= 4) PlayNamedMoves();
     // Nothing else tells of a new game: what an interface says for that is answered as "uci", deliberately.
-    if (ContinuesSearchedGame()) return;
-    ResetRootMemory();
-    ResetBookGame();
+    if (!ContinuesSearchedGame()) ResetRootMemory();
 }
 
 void ReadGoParameters() {

@@ -8,7 +8,7 @@
 bool SharedFile::Lock() {
     // An update takes far less than a millisecond; whoever holds a lock longer is not to cost a game its
     // time.
-    constexpr int PATIENCE_MS = 100;
+    constexpr int PATIENCE_MS = 20;
     const int64_t end = ClockMs() + PATIENCE_MS;
     while (!TryLock()) {
         if (ClockMs() >= end) return false;

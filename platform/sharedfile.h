@@ -28,7 +28,7 @@ class SharedFile {
     size_t ReadAt(int64_t place, void* bytes, size_t size) const;
 
     // Writes all the bytes, or returns false. What has been written survives the end of the process, however
-    // it comes; a write of a few bytes is never seen in part.
+    // it comes; of a write that the end interrupts, a beginning may stand.
     bool WriteAt(int64_t place, const void* bytes, size_t size);
 
     // Keeps the locks of others out until Unlock. Waits a moment for another to let go; false when it

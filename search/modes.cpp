@@ -28,6 +28,10 @@ bool IsWaitingSearch() {
     return Pondering || PonderSearch || InfiniteSearch;
 }
 
+bool IsGameSearch() {
+    return !IsWaitingSearch() && !Analyzing;
+}
+
 bool IsInterruptible() {
     return IsWaitingSearch() || Analyzing || QuietPreSearch;
 }

@@ -37,6 +37,11 @@ void ClearRequests();
 // infinite.
 bool IsWaitingSearch();
 
+// Whether the search is for a move in a game that stands on the board as it was played: what it finds is
+// worth learning. Not on a predicted move, not analysis, which a UCI interface asks for as an infinite
+// search.
+bool IsGameSearch();
+
 // Whether any command ends the search under way, because nobody waits for its move: pondering, infinite,
 // analysing, or looking for a move to ponder on.
 bool IsInterruptible();

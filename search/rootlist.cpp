@@ -15,7 +15,6 @@
 #include "search/reports.h"
 #include "search/root.h"
 #include "search/search.h"
-#include "search/timecontrol.h"
 #include "search/transposition.h"
 
 int RootMoveCount = 0;
@@ -53,13 +52,8 @@ bool MayAnnounce() {
     return !UciMode && !Pondering && !(Analyzing && AreClaimsJudged());
 }
 
-// Whether the result on the board is that of a game the engine plays.
-bool IsGameResult() {
-    return !Pondering && !Analyzing && EngineTime != INFINITE_TIME;
-}
-
 void AnnounceDraw(const char* result) {
-    if (IsGameResult()) LearnGameEnd();
+    if (IsGameSearch()) LearnGameEnd();
     Announce(result);
 }
 
@@ -74,7 +68,7 @@ bool MayClaimFiftyMoves() {
 }
 
 void AnnounceEnd(bool isInCheck) {
-    if (IsGameResult()) LearnGameEnd();
+    if (IsGameSearch()) LearnGameEnd();
     if (!MayAnnounce()) return;
     if (!isInCheck) {
         Announce("1/2-1/2 {Stalemate}");

@@ -2,12 +2,15 @@
 
 #include <cinttypes>
 #include <cstdio>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 
 #include "book/bookcheck.h"
 #include "book/bookerror.h"
 #include "book/bookexport.h"
 #include "book/bookimage.h"
+#include "book/bookmove.h"
 #include "core/board.h"
 #include "core/fen.h"
 #include "core/makemove.h"
@@ -62,7 +65,7 @@ void ListBook(const std::string& bookPath, const std::string& moves, const std::
     if (!book.HasList(node)) throw BookError("the book is damaged: the position has no list of moves");
     for (const BookMove& entry : book.Moves(node)) {
         const std::string results = DescribeResults(entry, book.Version());
-        const Move move = LegalBookMove(entry);
+        const Move move = LegalBookMove(entry.From, entry.To);
         if (move == NO_MOVE) {
             std::printf("%-7s illegal here  %s\n", SquaresText(entry).c_str(), results.c_str());
         } else {
@@ -73,6 +76,10 @@ void ListBook(const std::string& bookPath, const std::string& moves, const std::
 
 void ExportBookTo(const std::string& bookPath, const std::string& textPath, int maxPlies) {
     const BookImage book = LoadBook(bookPath);
+    std::error_code error;
+    if (std::filesystem::equivalent(bookPath, textPath, error)) {
+        throw BookError("the text would overwrite " + bookPath + ", which it is made of");
+    }
     std::FILE* stream = textPath.empty() ? stdout : std::fopen(textPath.c_str(), "w");
     if (stream == nullptr) throw BookError("can't make " + textPath);
     ExportBook(book, maxPlies, stream);

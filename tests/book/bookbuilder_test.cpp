@@ -261,11 +261,24 @@ TEST_F(BookBuilderTest, TellsWhatItCantWrite) {
     EXPECT_THROW(nowhere.Write(), BookError);
     std::filesystem::create_directory(directory_.FilePath("Folder"));
     std::filesystem::create_directory(directory_.FilePath("Folder/inside"));
-    BookBuilder folder(options, directory_.FilePath("Folder"));
-    folder.AddGame(game);
-    EXPECT_THROW(folder.Write(), BookError);
+    for (const std::string& path : {directory_.FilePath("Folder"), std::string("/dev/null")}) {
+        EXPECT_THROW(BookBuilder(options, path), BookError) << path;
+    }
     const std::filesystem::directory_iterator files(directory_.Path()), end;
     EXPECT_EQ(std::distance(files, end), 1) << "nothing temporary is left";
+}
+
+TEST_F(BookBuilderTest, FollowsALinkToTheBook) {
+    directory_.WriteFile("real.kvb", "old");
+    std::filesystem::create_symlink("real.kvb", directory_.FilePath("link.kvb"));
+    PgnGame game;
+    game.Result = GameResult::DRAWN;
+    game.Moves = {BuildMove(12, 28, PAWN)};
+    BookBuilder builder(EveryMove(), directory_.FilePath("link.kvb"));
+    builder.AddGame(game);
+    builder.Write();
+    EXPECT_TRUE(std::filesystem::is_symlink(directory_.FilePath("link.kvb")));
+    EXPECT_TRUE(directory_.ReadFile("real.kvb").starts_with("~Kestrovan openings book"));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "book/booklearning.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -106,16 +107,22 @@ TEST_F(BookLearningTest, IsDueOncePerGameOfALearningBook) {
 
 // Two programs that share a book lose none of each other's results.
 TEST_F(BookLearningTest, SharesTheBook) {
-    constexpr int UPDATES = 100, PROGRAMS = 2;
+    constexpr int GAMES = 100, PROGRAMS = 2;
     BookWriter writer;
-    writer.Add(START, {{"d2d4", 1, 2}, {"e2e4", 0, 0}});
+    Play({"e2e4"});
+    const std::string fen = TextOfBoard();
+    writer.Add(fen, {{"c7c5", 1, 2}, {"e7e5", 0, 0}});
+    Play({"e7e5", "g1f3"});
     Open(writer.Bytes());
     CloseBook();
     for (int program = 0; program < PROGRAMS; ++program) {
         if (fork() != 0) continue;
         std::freopen("/dev/null", "w", stdout);
         OpenBook(Path());
-        for (int i = 0; i < UPDATES; ++i) UpdateBookMove(GAME_ENDED, TextToMove("e2e4"));
+        for (int i = 0; i < GAMES; ++i) {
+            // While the other one writes, it may take another try.
+            for (ResetBookGame(); IsBookLearningDue();) LearnBookGame(GAME_ENDED);
+        }
         _exit(0);
     }
     for (int program = 0; program < PROGRAMS; ++program) {
@@ -123,8 +130,39 @@ TEST_F(BookLearningTest, SharesTheBook) {
         wait(&status);
         EXPECT_EQ(status, 0);
     }
-    constexpr int SUM = UPDATES * PROGRAMS;
-    EXPECT_EQ(Counts(writer, START), (ResultCounts{{1, 2}, {SUM, SUM}}));
+    constexpr int SUM = GAMES * PROGRAMS;
+    EXPECT_EQ(Counts(writer, fen), (ResultCounts{{1, 2}, {SUM, SUM}}));
+}
+
+// A kill at any moment changes nothing but the counts of moves.
+TEST_F(BookLearningTest, SurvivesAKill) {
+    BookWriter writer;
+    std::vector<WrittenMove> moves = {{"e2e4", 250, 250}};
+    for (const char* square : {"a2a3", "b2b3", "c2c3", "d2d3"}) moves.push_back({square, 200, 100});
+    writer.Add(START, moves);
+    const std::string bytes = writer.Bytes();
+    for (int round = 0; round < 5; ++round) {
+        Open(bytes);
+        const pid_t worker = fork();
+        if (worker == 0) {
+            for (int i = 0;; ++i)
+                UpdateBookMove(i % 2 == 0 ? LINE_WENT_WELL : LINE_WENT_BADLY, TextToMove("e2e4"));
+        }
+        usleep(static_cast<useconds_t>(3000 + 700 * round));
+        kill(worker, SIGKILL);
+        waitpid(worker, nullptr, 0);
+        const std::string after = Contents();
+        ASSERT_EQ(after.size(), bytes.size());
+        EXPECT_NE(after, bytes);
+        const size_t list = writer.ListPlace(START) + 1;
+        for (size_t i = 0; i < bytes.size(); ++i) {
+            const bool isCount = i >= list && (i - list) % 4 >= 2;
+            ASSERT_TRUE(isCount || after[i] == bytes[i]) << i;
+        }
+        EXPECT_EQ(Open(after), "1 nodes in openings book\n");
+        UpdateBookMove(LINE_WENT_WELL, TextToMove("e2e4"));
+        EXPECT_NE(Contents(), after) << "the dead hold no lock";
+    }
 }
 
 }  // namespace

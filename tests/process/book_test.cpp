@@ -33,8 +33,8 @@ class BookSession {
   public:
     explicit BookSession(const BookWriter& book, const std::string& settings = "") {
         Directory.WriteFile("my book.kvb", book.Bytes());
-        Program.emplace(settings + "OpeningsBook = " + Directory.FilePath("my book.kvb") +
-                        "\nPondering = off\n");
+        Program.emplace("Pondering = off\n" + settings +
+                        "OpeningsBook = " + Directory.FilePath("my book.kvb"));
     }
 
     // Good and bad results of the first move of a position.
@@ -89,45 +89,50 @@ TEST(BookPlayTest, AnswersUciFromTheBook) {
     EXPECT_TRUE(lost.ends_with("No book loaded...\n")) << lost;
 }
 
-TEST(BookPlayTest, Version0ShowsInTheSettings) {
-    const BookWriter book = SmallBook(0);
-    Engine engine(EnginePath(), "UseBookLearning = on\n");
-    BookSession session(book, "UseBookLearning = on\n");
-    const std::string report =
-        WholeOutput("", "OpeningsBook = " + session.Directory.FilePath("my book.kvb") + "\n");
-    EXPECT_NE(report.find("NG: Book learning not supported for book version 0\n4 nodes in openings book\n"),
-              std::string::npos);
-    EXPECT_NE(report.find("UseBookWeights = off\nUseBookLearning = off\n"), std::string::npos);
-}
-
-// The book beside the program serves whoever has none of his own.
+// The book beside the program serves whoever has none of his own, and decides what the settings are.
 TEST(BookPlayTest, FindsTheBookBesideTheProgram) {
     namespace fs = std::filesystem;
-    const TempDirectory home;
-    fs::copy_file(EnginePath(), home.FilePath("engine"));
-    home.WriteFile("Book.kvb", SmallBook().Bytes());
-    Engine engine(home.FilePath("engine"));
-    const std::string report = Join(engine.ReadUntil("Pondering"));
-    EXPECT_NE(report.find("\n4 nodes in openings book\n"), std::string::npos) << report;
-    // The name that is announced as the default means that book.
-    EXPECT_EQ(Join(engine.Ask("setoption name OpeningsBook value .\\book.kvb")).find("Error"),
-              std::string::npos);
+    for (const int version : {0, 1}) {
+        const TempDirectory home;
+        fs::copy_file(EnginePath(), home.FilePath("engine"));
+        home.WriteFile("Book.kvb", SmallBook(version).Bytes());
+        Engine engine(home.FilePath("engine"), "UseBookLearning = on\nUseBookWeights = on\n");
+        const std::string report = Join(engine.ReadUntil("Pondering"));
+        EXPECT_NE(report.find("\n4 nodes in openings book\n"), std::string::npos) << report;
+        EXPECT_EQ(report.find("\nNG: Book learning not supported for book version 0\n") != std::string::npos,
+                  version == 0);
+        const std::string is = version == 0 ? "off\n" : "on\n";
+        EXPECT_NE(report.find("UseBookWeights = " + is + "UseBookLearning = " + is), std::string::npos)
+            << report;
+        // The name that is announced as the default means that book.
+        const std::string said = Join(engine.Ask("setoption name OpeningsBook value .\\book.kvb"));
+        EXPECT_EQ(said.find("Error"), std::string::npos);
+    }
+}
+
+// Nothing to think about while the opponent's move is in the book, too.
+TEST(BookPlayTest, PondersBehindTheBookOnly) {
+    BookSession engine(SmallBook(), "Pondering = on\n");
+    EXPECT_EQ(Join(engine->Ask("xboard\nhard\nnew\nst 1\nf2f3")), "move e7e5\n");
+    EXPECT_TRUE(Join(engine->Ask("g2g4")).starts_with("move d8h4\n"));
+    engine->Send("new\nst 1\na2a4");
+    EXPECT_GT(engine->ReadUntil("Hint: ").size(), 1u);
 }
 
 #ifdef KESTROVAN_DEFAULT_BOOK
 TEST(BookPlayTest, TheBookOfTheProgramKnowsOpenings) {
     Session engine(std::string("OpeningsBook = ") + KESTROVAN_DEFAULT_BOOK +
                    "\nUseBookLearning = off\nPondering = off\n");
-    // All that the book plays of itself, for as long as it knows the way, then what somebody else may begin
-    // with.
-    engine.Ask("new\nst 1");
-    int moves = 0;
-    while (Join(engine.Ask("bkm")).find("No moves") == std::string::npos) {
-        const std::string said = Join(engine.Ask("go"));
-        ASSERT_TRUE(said.starts_with("move ") && said.size() <= 11) << said;
-        ++moves;
+    const std::string spanish =
+        "e2e4\ne7e5\ng1f3\nb8c6\nf1b5\na7a6\nb5a4\ng8f6\ne1g1\nf8e7\nf1e1\nb7b5\na4b3";
+    const std::string queensGambit = "d2d4\nd7d5\nc2c4\ne7e6\nb1c3\ng8f6\nc1g5\nf8e7\ne2e3\ne8g8";
+    for (const std::string& line : {spanish, queensGambit}) {
+        for (size_t end = line.find('\n'); end != std::string::npos; end = line.find('\n', end + 1)) {
+            const std::string said = Join(engine.Ask("new\nforce\nst 1\n" + line.substr(0, end) + "\ngo"));
+            EXPECT_TRUE(said.starts_with("move ") && said.size() <= 11) << line.substr(0, end) << said;
+        }
     }
-    EXPECT_GE(moves, 8) << "plies of an opening";
+    // What somebody else may begin with.
     for (const char* line : {"g2g4", "f2f3\ne7e5\ng2g4", "e2e4\nf7f6", "a2a4", "e2e4\nc7c5", "b1a3"}) {
         const std::string listing = Join(engine.Ask("new\nforce\n" + std::string(line) + "\nbkm"));
         EXPECT_NE(listing.find(" in book:\n"), std::string::npos) << line << listing;
@@ -163,19 +168,33 @@ TEST(BookLearningTest, WritesResultsIntoTheBook) {
         EXPECT_EQ(engine.Counts(book, AFTER_G4), Counts(60, 40));
         engine->Ask("f2f3\nreset");
         EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(61, 41)) << "nothing before the move that was played";
+        engine->Ask("new\nforce\nf2f3\ne7e5\ng2g4\nnew");
+        EXPECT_EQ(engine.Counts(book, AFTER_E5), Counts(60, 40)) << "a game that was entered, not played";
     }
     {
-        // Over UCI: a game, but not what is only looked at.
+        // Over UCI: a game, but not what is only looked at, or pondered on in vain.
         BookSession engine(book);
         const std::string position = "position startpos moves f2f3 e7e5 g2g4 a7a6 a2a3\n";
-        engine->Send("uci\n" + position + "go infinite");
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the mate is found at once
-        engine->Send("stop");
-        engine->ReadUntil("bestmove");
-        EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(60, 40));
-        engine->Send(position + "go depth 6");
-        engine->ReadUntil("bestmove");
+        engine->Ask("uci\nucinewgame");
+        for (const std::string go : {"go infinite", "go ponder wtime 9000 btime 9000"}) {
+            engine->Send(position + go);
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the mate is found at once
+            engine->Send("stop");
+            engine->ReadUntil("bestmove");
+            EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(60, 40)) << go;
+        }
+        engine->BestMove(position + "go depth 6");
         EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(62, 40));
+        engine->BestMove("position startpos moves f2f3 e7e5 g2g4\ngo depth 3");
+        engine->BestMove(position + "go depth 6");
+        EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(62, 40))
+            << "the same game after a move was taken back";
+        engine->BestMove("ucinewgame\n" + position + "go depth 6");
+        EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(64, 40));
+        // One that ends in the book counts as drawn when the next begins.
+        engine->BestMove("ucinewgame\nposition startpos moves f2f3 e7e5 g2g4\ngo depth 6");
+        engine->Ask("ucinewgame");
+        EXPECT_EQ(engine.Counts(book, AFTER_F3), Counts(65, 41));
     }
 }
 
@@ -235,8 +254,28 @@ TEST(PositionLearningTest, GuidesTheSearch) {
         engine.Send("new\nsd 11\ngo");
         EXPECT_EQ(engine.ReadUntil("move ").back(), "move " + best);
     }
-    Session engine("Learning = off\n");
-    EXPECT_FALSE(std::filesystem::exists(engine.Directory().FilePath("Learn.kv1")));
+}
+
+// The engine is made to lose its queen, and remembers the position before.
+TEST(PositionLearningTest, RemembersAMistake) {
+    constexpr size_t RECORDS = 262167;
+    Session engine("Learning = on\nLogLearningIntoFile = on\n");
+    const TempDirectory& directory = engine.Directory();
+    EXPECT_EQ(directory.ReadFile("Learn.kv1").size(), RECORDS);
+    engine.Ask("uci\nucinewgame");
+    std::string game = "position startpos moves e2e4";
+    game += " " + engine.BestMove(game + "\ngo depth 9 searchmoves e7e5 e7e6");
+    game += " g1f3";
+    // What is pondered on in vain does not count.
+    engine.Send(game + "\ngo ponder depth 9");
+    engine.BestMove("stop");
+    const std::string blunder = engine.BestMove(game + "\ngo depth 9 searchmoves d8g5 d8h4");
+    engine.Ask("");
+    EXPECT_EQ(directory.ReadFile("Learn.kv1").size(), RECORDS) << "the loss is not confirmed yet";
+    engine.BestMove(game + " " + blunder + " f3" + blunder.substr(2) + "\ngo depth 9");
+    engine.Ask("");
+    EXPECT_EQ(directory.ReadFile("Learn.kv1").size(), RECORDS + 24);
+    EXPECT_TRUE(directory.ReadFile("learn.log").starts_with("0\tAdd: Depth = 510\tOldEvaluation = "));
 }
 
 }  // namespace
