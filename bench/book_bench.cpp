@@ -1,18 +1,20 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "book/bookkeys.h"
+#include "book/learnfile.h"
 #include "book/pgnreader.h"
 #include "core/board.h"
 #include "core/legal.h"
 #include "core/movelist.h"
 #include "core/san.h"
 
-// What making a book out of games consists of.
+// What making a book out of games consists of, and the look-ups of a game.
 
 namespace {
 
@@ -56,8 +58,29 @@ void MakeBookKeys(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
+// A look into the learning file, as the search takes one in deep nodes; the argument says whether it knows
+// the position. The file stands in a directory of its own meanwhile.
+void FindLearnedPosition(benchmark::State& state) {
+    namespace fs = std::filesystem;
+    const fs::path home = fs::current_path(), place = fs::temp_directory_path() / "kestrovan-bench";
+    fs::create_directory(place);
+    fs::current_path(place);
+    OpenLearningFile();
+    const LearnedKey known{0x12345678, 0x9ABCDEF0};
+    AddLearned({600, -50, NO_MOVE, known});
+    LearnedRecord record;
+    uint32_t at = 0;
+    const LearnedKey wanted = state.range(0) != 0 ? known : LearnedKey{known.Key1, 0};
+    for (auto _ : state) benchmark::DoNotOptimize(FindLearned(wanted, &record, &at));
+    state.SetItemsProcessed(state.iterations());
+    CloseLearningFile();
+    fs::current_path(home);
+    fs::remove_all(place);
+}
+
 }  // namespace
 
+BENCHMARK(FindLearnedPosition)->Arg(0)->Arg(1);
 BENCHMARK(ReadGames)->Arg(24)->Arg(400);
 BENCHMARK(ResolveMoves);
 BENCHMARK(MakeBookKeys);
