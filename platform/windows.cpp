@@ -52,11 +52,13 @@ InputKind KindOfInput() {
 }
 
 size_t ReadInputHandle(char* buffer, size_t size) {
-    DWORD count = 0;
-    while (ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) != 0) {
-        // Somebody may have written nothing into a pipe: that is not its end.
-        const bool mayGoOn = KindOfInput() == InputKind::PIPE || KindOfInput() == InputKind::OTHER;
-        if (count > 0 || !mayGoOn) return count;
+    // Somebody may have written nothing into a pipe: that is not its end. But some pipes that have ended read
+    // as nothing for ever.
+    const bool isPipe = KindOfInput() == InputKind::PIPE || KindOfInput() == InputKind::OTHER;
+    for (int tries = isPipe ? 100 : 1; tries > 0; --tries) {
+        DWORD count = 0;
+        if (ReadFile(InputHandle(), buffer, static_cast<DWORD>(size), &count, nullptr) == 0) return 0;
+        if (count > 0) return count;
     }
     return 0;
 }
