@@ -15,8 +15,10 @@ Move MoveOfEntry(const BookEntry& entry) {
     return LegalBookMove(entry.From, entry.To);
 }
 
+// The share of good results: 0..1000, 500 without any results.
 int ScoreEntry(const BookEntry& entry) {
-    return ScoreBookMove(entry.Good(), entry.Bad());
+    const unsigned games = entry.Good() + entry.Bad();
+    return games == 0 ? 500 : static_cast<int>(entry.Good() * 1000 / games);
 }
 
 // Drops the entries that must not be played; the others keep their order.
@@ -90,11 +92,6 @@ Move ChooseBookMove() {
     if (!ReadBookList(&list)) return NO_MOVE;
     DropUnplayable(&list);
     return list.Count > 0 ? MoveOfEntry(ChooseEntry(list)) : NO_MOVE;
-}
-
-int ScoreBookMove(unsigned good, unsigned bad) {
-    const unsigned games = good + bad;
-    return games == 0 ? 500 : static_cast<int>(good * 1000 / games);
 }
 
 void ListBookMoves() {

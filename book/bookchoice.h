@@ -10,8 +10,5 @@
 // with UseBookWeights), discover what has been played least.
 Move ChooseBookMove();
 
-// The share of good results of a book move with so many good and bad ones: 0..1000, 500 without any.
-int ScoreBookMove(unsigned good, unsigned bad);
-
 // Prints the book moves of the position, with the two words of its key: the reply to "bkm".
 void ListBookMoves();
