@@ -1,0 +1,108 @@
+#include "egtb/tableposition.h"
+
+namespace {
+
+constexpr Bitboard OUTER_RANKS = RANK_1 | RANK_8;
+
+// What a slider reaches in one direction, with the square that stops it.
+template <int direction>
+Bitboard RayAttacks(int square, Bitboard occupied) {
+    const Bitboard ray = HalfRays[direction][square], blockers = ray & occupied;
+    if (blockers == 0) return ray;
+    const int first = SquareSteps[direction] > 0 ? LowestSquare(blockers) : HighestSquare(blockers);
+    return ray ^ HalfRays[direction][first];
+}
+
+Bitboard StraightReach(int square, Bitboard occupied) {
+    return RayAttacks<1>(square, occupied) | RayAttacks<3>(square, occupied) |
+           RayAttacks<4>(square, occupied) | RayAttacks<6>(square, occupied);
+}
+
+Bitboard DiagonalReach(int square, Bitboard occupied) {
+    return RayAttacks<0>(square, occupied) | RayAttacks<2>(square, occupied) |
+           RayAttacks<5>(square, occupied) | RayAttacks<7>(square, occupied);
+}
+
+}  // namespace
+
+Bitboard OccupiedBy(const TablePosition& position, int side) {
+    const Bitboard* men = position.Men[side];
+    return men[KING] | men[QUEEN] | men[ROOK] | men[BISHOP] | men[KNIGHT] | men[PAWN];
+}
+
+MenCode MenOf(const TablePosition& position, int side) {
+    constexpr MenCode NO_SET = ~0u;
+    MenCode code = 0;
+    for (const unsigned piece : TableKinds) {
+        const int count = CountSquares(position.Men[side][piece]);
+        if (count > MAX_SIDE_MEN) return NO_SET;
+        code += static_cast<unsigned>(count) * OneMan(piece);
+    }
+    return code;
+}
+
+TablePosition ChangeSides(const TablePosition& position) {
+    TablePosition changed;
+    for (const int side : {WHITE, BLACK}) {
+        for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
+            changed.Men[ChangeSide(side)][piece] = FlipRanks(position.Men[side][piece]);
+        }
+    }
+    changed.SideToMove = ChangeSide(position.SideToMove);
+    changed.DoubleStep = position.DoubleStep < 0 ? -1 : position.DoubleStep ^ 56;
+    return changed;
+}
+
+Bitboard TableAttacks(unsigned piece, int square, Bitboard occupied) {
+    switch (piece) {
+        case KING:
+            return KingTargets[square];
+        case KNIGHT:
+            return KnightTargets[square];
+        case ROOK:
+            return StraightReach(square, occupied);
+        case BISHOP:
+            return DiagonalReach(square, occupied);
+        case QUEEN:
+            return StraightReach(square, occupied) | DiagonalReach(square, occupied);
+        default:
+            return 0;
+    }
+}
+
+bool IsAttacked(const TablePosition& position, int square, int bySide, Bitboard occupied) {
+    const Bitboard* men = position.Men[bySide];
+    if (KingTargets[square] & men[KING]) return true;
+    if (KnightTargets[square] & men[KNIGHT]) return true;
+    if (PawnCaptures[ChangeSide(bySide)][square] & men[PAWN]) return true;
+    const Bitboard straight = (men[ROOK] | men[QUEEN]) & StraightRays[square];
+    if (straight != 0 && (StraightReach(square, occupied) & straight) != 0) return true;
+    const Bitboard diagonal = (men[BISHOP] | men[QUEEN]) & DiagonalRays[square];
+    return diagonal != 0 && (DiagonalReach(square, occupied) & diagonal) != 0;
+}
+
+Bitboard EnPassantCapturers(const TablePosition& position) {
+    if (position.DoubleStep < 0) return 0;
+    const Bitboard victim = SquareBit(position.DoubleStep);
+    const Bitboard beside = (victim & ~FILE_A) >> 1 | (victim & ~FILE_H) << 1;
+    return beside & position.Men[position.SideToMove][PAWN];
+}
+
+bool IsPlayable(const TablePosition& position) {
+    const int us = position.SideToMove, them = ChangeSide(us);
+    Bitboard occupied = 0;
+    for (const int side : {WHITE, BLACK}) {
+        for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
+            if (occupied & position.Men[side][piece]) return false;
+            occupied |= position.Men[side][piece];
+        }
+    }
+    if ((position.Men[WHITE][PAWN] | position.Men[BLACK][PAWN]) & OUTER_RANKS) return false;
+    if (IsAttacked(position, position.King(them), us, occupied)) return false;
+    if (position.DoubleStep < 0) return true;
+    const int back = us == WHITE ? 8 : -8;
+    const int behind = position.DoubleStep + back, origin = behind + back;
+    return RankOf(position.DoubleStep) == (us == WHITE ? 4 : 3) &&
+           (position.Men[them][PAWN] & SquareBit(position.DoubleStep)) != 0 &&
+           (occupied & (SquareBit(behind) | SquareBit(origin))) == 0;
+}
