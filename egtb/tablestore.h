@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "egtb/tableclass.h"
+#include "egtb/tableindex.h"
+#include "egtb/tablevalue.h"
+
+// Whole tables in memory, for whoever makes or checks them.
+
+// What goes wrong with a file or with its memory; the text says what and where.
+struct TableError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The file of a class and side to move in a directory.
+std::string TableFileName(const std::string& directory, const TableClass& tableClass, int sideToMove);
+
+// A class with one side to move. What is not in the file, its broken end, is broken.
+class LoadedTable {
+  public:
+    // Reads the file; throws TableError when it can't be read or has not the length of the class.
+    LoadedTable(const std::string& directory, const TableClass& tableClass, int sideToMove);
+
+    const TableIndex& Index() const { return index_; }
+    TableValue Value(int64_t index) const;
+    int64_t Bytes() const { return static_cast<int64_t>(codes_.size()); }
+
+  private:
+    TableIndex index_;
+    int entryBytes_;
+    std::vector<uint8_t> codes_;
+};
+
+// The tables of several classes, both sides.
+class TableStore {
+  public:
+    explicit TableStore(std::string directory) : directory_(std::move(directory)) {}
+
+    const std::string& Directory() const { return directory_; }
+
+    // Whether the files of the class are there, of the right length.
+    bool HasFiles(const TableClass& tableClass) const;
+
+    // Keeps these classes, and no others, in memory.
+    void Load(const std::vector<int>& classNumbers);
+
+    const LoadedTable& Table(int classNumber, int sideToMove) const;
+
+    // The value of a playable position of kings only or of a class in memory; throws TableError for another.
+    TableValue ValueOf(const TablePosition& position) const;
+
+  private:
+    std::string directory_;
+    std::unique_ptr<LoadedTable> tables_[TABLE_CLASSES + 1][2];
+};
+
+// The side to move whose table has the position of a class, after changing the sides of a position that the
+// class doesn't tell apart, or that has the men of the class the other way round.
+int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position);
+
+// The classes to which a capture or a promotion can lead, without kings only; in ascending order.
+std::vector<int> SuccessorClasses(const TableClass& tableClass);
+
+// These classes and all that they lead to, each after those that it leads to.
+std::vector<int> WithSuccessors(const std::vector<int>& classNumbers);
+
+// The bytes of both tables of a class.
+int64_t TableBytes(const TableClass& tableClass);
