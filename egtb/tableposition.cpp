@@ -106,3 +106,38 @@ bool IsPlayable(const TablePosition& position) {
            (position.Men[them][PAWN] & SquareBit(position.DoubleStep)) != 0 &&
            (occupied & (SquareBit(behind) | SquareBit(origin))) == 0;
 }
+
+std::string FenOf(const TablePosition& position) {
+    std::string fen;
+    for (int rank = 7; rank >= 0; --rank) {
+        int empty = 0;
+        const auto writeEmpty = [&] {
+            if (empty > 0) fen += std::to_string(empty);
+            empty = 0;
+        };
+        for (int file = 0; file < 8; ++file) {
+            const Bitboard square = SquareBit(MakeSquare(file, rank));
+            char letter = 0;
+            for (const unsigned piece : {KING, QUEEN, ROOK, BISHOP, KNIGHT, PAWN}) {
+                if (position.Men[WHITE][piece] & square) letter = PIECE_LETTERS[piece];
+                if (position.Men[BLACK][piece] & square)
+                    letter = static_cast<char>(PIECE_LETTERS[piece] | 32);
+            }
+            if (letter == 0) {
+                ++empty;
+                continue;
+            }
+            writeEmpty();
+            fen += letter;
+        }
+        writeEmpty();
+        if (rank > 0) fen += '/';
+    }
+    fen += position.SideToMove == WHITE ? " w - " : " b - ";
+    if (position.DoubleStep < 0) return fen + "- 0 1";
+    // The square behind the pawn.
+    const int behind = position.DoubleStep + (position.SideToMove == WHITE ? 8 : -8);
+    fen += static_cast<char>('a' + FileOf(behind));
+    fen += static_cast<char>('1' + RankOf(behind));
+    return fen + " 0 1";
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "core/attacks.h"
 #include "core/bitboard.h"
 #include "core/types.h"
@@ -42,6 +44,9 @@ Bitboard EnPassantCapturers(const TablePosition& position);
 // pawn stands on an outer rank, the opponent's king is not attacked, a double step has left two empty squares
 // behind itself.
 bool IsPlayable(const TablePosition& position);
+
+// The position in the usual notation, with counters as at the start of a game.
+std::string FenOf(const TablePosition& position);
 
 // Mirror images of a set of squares.
 constexpr Bitboard FlipRanks(Bitboard set) {

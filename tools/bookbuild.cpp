@@ -7,38 +7,12 @@
 #include <memory>
 #include <system_error>
 
-#if __has_include(<sys/resource.h>)
-#include <sys/resource.h>
-#include <unistd.h>
-#define HAS_RESOURCES
-#endif
-
 #include "book/bookerror.h"
-#include "platform/platform.h"
+#include "tools/progress.h"
 
 namespace {
 
 using FilePointer = std::unique_ptr<std::FILE, decltype(&std::fclose)>;
-
-#ifdef HAS_RESOURCES
-bool IsErrorStreamSeen() {
-    return isatty(STDERR_FILENO) != 0;
-}
-
-// The most memory that the process has held, in bytes; 0 where the system doesn't say.
-int64_t PeakMemory() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return int64_t{usage.ru_maxrss} * 1024;
-}
-#else
-bool IsErrorStreamSeen() {
-    return false;
-}
-int64_t PeakMemory() {
-    return 0;
-}
-#endif
 
 // Games and lines by what has become of them.
 struct Counts {
@@ -64,35 +38,12 @@ struct Counts {
     }
 };
 
-// A line on the error stream from time to time: often at a terminal, where it is overwritten, else seldom and
-// only if the work takes its time.
-class Progress {
-  public:
-    Progress() : isSeen_(IsErrorStreamSeen()), start_(ClockMs()), last_(start_) {}
-    ~Progress() { Clear(); }
-
-    void Show(const Counts& counts) {
-        constexpr int64_t SEEN_MS = 500, LOGGED_MS = 5000;
-        const int64_t now = ClockMs();
-        if (now - last_ < (isSeen_ ? SEEN_MS : LOGGED_MS)) return;
-        last_ = now;
-        std::fprintf(stderr, "%s%" PRId64 " games, %.0f seconds%s", isSeen_ ? "\r" : "", counts.All(),
-                     Seconds(), isSeen_ ? "" : "\n");
-        isShown_ = isSeen_;
-    }
-
-    // Makes room for another message.
-    void Clear() {
-        if (isShown_) std::fprintf(stderr, "\r%40s\r", "");
-        isShown_ = false;
-    }
-
-    double Seconds() const { return static_cast<double>(ClockMs() - start_) / 1000; }
-
-  private:
-    bool isSeen_, isShown_ = false;
-    int64_t start_, last_;
-};
+void ShowCounts(const Counts& counts, Progress& progress) {
+    if (!progress.IsDue()) return;
+    char text[80];
+    std::snprintf(text, sizeof text, "%" PRId64 " games, %.0f seconds", counts.All(), progress.Seconds());
+    progress.Show(text);
+}
 
 // Reads the games of a file and hands them to `add`, which says what has become of them.
 template <typename Add>
@@ -111,7 +62,7 @@ void ReadFile(const std::string& path, int depth, Counts& counts, Progress& prog
         } else {
             counts.Add(add(game));
         }
-        if (game.Number % GAMES_PER_LOOK == 0) progress.Show(counts);
+        if (game.Number % GAMES_PER_LOOK == 0) ShowCounts(counts, progress);
     }
     if (reader.HasReadError()) throw BookError("can't read " + path);
 }
