@@ -5,6 +5,7 @@
 
 #include "core/attacks.h"
 #include "egtb/tablebases.h"
+#include "egtb/tablecache.h"
 #include "egtb/tablereport.h"
 #include "tests/support/tablewriter.h"
 #include "tests/support/tempdirectory.h"
@@ -19,6 +20,7 @@ class TableTest : public CoreTest {
         TableReporter = [](const char* line) { Said += std::string(line) + "\n"; };
     }
     void TearDown() override {
+        FreeTablebaseCache();
         CloseTablebases();
         SetTablebasePath("");
         EGTBHashSize = 1048576;
