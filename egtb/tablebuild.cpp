@@ -9,6 +9,8 @@
 
 #include "egtb/parallel.h"
 #include "egtb/tablemoves.h"
+#include "egtb/tablepath.h"
+#include "platform/platform.h"
 #include "platform/sharedfile.h"
 
 namespace {
@@ -292,8 +294,7 @@ class NewFile {
 }  // namespace
 
 std::string TableBuilder::WorkName() const {
-    const std::string name = TableFileName(successors_.Directory(), class_, WHITE);
-    return std::filesystem::path(name).replace_extension(".work").string();
+    return JoinPath(successors_.Directory(), std::string(class_.Name) + ".work");
 }
 
 void TableBuilder::SaveWork() const {
@@ -361,7 +362,7 @@ void TableBuilder::WriteFile(const Half& half, int side) const {
         codes.push_back(static_cast<uint8_t>(code));
         if (bytes == CODE_BYTES) codes.push_back(static_cast<uint8_t>(code >> 8));
     }
-    NewFile file(TableFileName(successors_.Directory(), class_, side));
+    NewFile file(JoinPath(successors_.Directory(), TableName(class_, side)));
     file.Write(codes.data(), codes.size());
     file.Complete();
 }

@@ -1,12 +1,10 @@
 #include "egtb/tablestore.h"
 
 #include <algorithm>
-#include <cstring>
-#include <limits>
 #include <set>
 
+#include "egtb/tablepath.h"
 #include "platform/platform.h"
-#include "platform/sharedfile.h"
 
 namespace {
 
@@ -15,41 +13,37 @@ std::vector<int> SidesOf(const TableClass& tableClass) {
     return tableClass.HasBlackFile() ? std::vector<int>{WHITE, BLACK} : std::vector<int>{WHITE};
 }
 
-int64_t FileBytes(const TableIndex& index, const TableClass& tableClass) {
-    return index.FileEntries() * tableClass.EntryBytes();
+std::string PathOf(const std::string& directory, const TableClass& tableClass, int side) {
+    return JoinPath(directory, TableName(tableClass, side));
 }
 
 }  // namespace
 
-std::string TableFileName(const std::string& directory, const TableClass& tableClass, int sideToMove) {
-    const bool hasSeparator = directory.empty() || directory.back() == '/' || directory.back() == '\\';
-    return directory + (hasSeparator ? "" : "/") + tableClass.Name + (sideToMove == WHITE ? ".nbw" : ".nbb");
-}
-
 LoadedTable::LoadedTable(const std::string& directory, const TableClass& tableClass, int sideToMove)
-    : index_(tableClass, sideToMove), entryBytes_(tableClass.EntryBytes()) {
-    const std::string name = TableFileName(directory, tableClass, sideToMove);
-    const int64_t length = FileBytes(index_, tableClass);
-    SharedFile file;
-    if (!file.Open(name, SharedFile::READ_ONLY)) throw TableError(name + " can't be read");
-    if (file.Length() != length) throw TableError(name + " has not the length of its class");
-    codes_.resize(static_cast<size_t>(length));
-    if (file.ReadAt(0, codes_.data(), codes_.size()) != codes_.size()) {
-        throw TableError(name + " can't be read to its end");
+    : file_(tableClass, sideToMove) {
+    const std::string path = PathOf(directory, tableClass, sideToMove);
+    if (!file_.Open({path})) throw TableError(path + " can't be opened");
+    if (!file_.HasRightLength()) throw TableError(path + " has not the length of its class");
+    codes_.resize(static_cast<size_t>(file_.Bytes()));
+    for (size_t place = 0; place < codes_.size(); place += TABLE_BLOCK_BYTES) {
+        const size_t size = std::min(codes_.size() - place, size_t{TABLE_BLOCK_BYTES});
+        if (!file_.Read(static_cast<int64_t>(place), &codes_[place], size)) {
+            throw TableError(path + " can't be read");
+        }
     }
 }
 
 TableValue LoadedTable::Value(int64_t index) const {
-    if (index < 0 || index >= index_.FileEntries()) return TABLE_BROKEN;
-    if (entryBytes_ == 1) return ValueOfCode(static_cast<int8_t>(codes_[index]), 1);
+    if (index < 0 || index >= Index().FileEntries()) return TABLE_BROKEN;
+    if (file_.EntryBytes() == 1) return ValueOfCode(static_cast<int8_t>(codes_[index]), 1);
     const int low = codes_[2 * index], high = codes_[2 * index + 1];
     return ValueOfCode(static_cast<int16_t>(low | high << 8), 2);
 }
 
 bool TableStore::HasFiles(const TableClass& tableClass) const {
     const auto isThere = [&](int side) {
-        return FileLength(TableFileName(directory_, tableClass, side)) ==
-               FileBytes(TableIndex(tableClass, side), tableClass);
+        TableFile file(tableClass, side);
+        return file.Open({PathOf(directory_, tableClass, side)}) && file.HasRightLength();
     };
     const std::vector<int> sides = SidesOf(tableClass);
     return std::all_of(sides.begin(), sides.end(), isThere);
@@ -140,6 +134,6 @@ std::vector<int> WithSuccessors(const std::vector<int>& classNumbers) {
 
 int64_t TableBytes(const TableClass& tableClass) {
     int64_t bytes = 0;
-    for (const int side : SidesOf(tableClass)) bytes += FileBytes(TableIndex(tableClass, side), tableClass);
+    for (const int side : SidesOf(tableClass)) bytes += TableFile(tableClass, side).Bytes();
     return bytes;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "egtb/tableclass.h"
+#include "egtb/tablefile.h"
 #include "egtb/tableindex.h"
 #include "egtb/tablevalue.h"
 
@@ -17,22 +18,18 @@ struct TableError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The file of a class and side to move in a directory.
-std::string TableFileName(const std::string& directory, const TableClass& tableClass, int sideToMove);
-
 // A class with one side to move. What is not in the file, its broken end, is broken.
 class LoadedTable {
   public:
     // Reads the file; throws TableError when it can't be read or has not the length of the class.
     LoadedTable(const std::string& directory, const TableClass& tableClass, int sideToMove);
 
-    const TableIndex& Index() const { return index_; }
+    const TableIndex& Index() const { return file_.Index(); }
     TableValue Value(int64_t index) const;
     int64_t Bytes() const { return static_cast<int64_t>(codes_.size()); }
 
   private:
-    TableIndex index_;
-    int entryBytes_;
+    TableFile file_;
     std::vector<uint8_t> codes_;
 };
 

@@ -15,6 +15,9 @@
 #include "core/keys.h"
 #include "core/movescore.h"
 #include "egtb/tablebases.h"
+#include "egtb/tablecache.h"
+#include "egtb/tableprobe.h"
+#include "egtb/tablereport.h"
 #include "eval/bitbase.h"
 #include "eval/weights.h"
 #include "frontend/commands.h"
@@ -27,6 +30,7 @@
 #include "platform/platform.h"
 #include "search/modes.h"
 #include "search/oracles.h"
+#include "search/scores.h"
 #include "search/timecontrol.h"
 
 namespace {
@@ -41,6 +45,16 @@ void BuildTables() {
     InitWeights();
     ReloadWeights();
     ClearRecaptureStatistics();
+}
+
+static_assert(TABLEBASE_MATE == MATE);
+
+// Prints a line about tables as a remark of the dialect spoken. An interface of xboard's first version, and
+// whoever has not said yet what he is, gets it as it is.
+void PrintTableRemark(const char* line) {
+    const char* const start = UciMode ? "info string " : ProtocolVersion >= 2 ? "# " : "";
+    Print("%s%s\n", start, line);
+    FlushOutput();
 }
 
 // Whether the first line of input is that of an xboard interface; waits for it a little, but not for somebody
@@ -92,6 +106,8 @@ void StartUp() {
     PrintSettings();
     if (UseLearningData || Learning) OpenLearningFile();
     LearnedProber = FindLearnedScore;
+    TablebaseProber = ProbeTablebase;
+    TableReporter = PrintTableRemark;
     // 3. The game.
     PostMode = 1;
     EngineTime = NO_CLOCK;
@@ -106,6 +122,7 @@ void RunCommandLoop() {
     // While it gets to know a program, xboard takes a line with "not found" for the news that it can't be
     // started.
     if (FoundPieces > 0 || !IsXboard()) ReportTablebases();
+    AllocateTablebaseCache();
     std::string line;
     while (ReadLine(line)) {
         SetInputLine(line);
@@ -117,6 +134,8 @@ void RunCommandLoop() {
 void ShutDown() {
     FlushOutput();
     FreeHashTables();
+    FreeTablebaseCache();
+    CloseTablebases();
     CloseLearningFile();
     CloseBook();
     std::exit(0);

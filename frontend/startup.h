@@ -5,8 +5,8 @@
 // left to report.
 void StartUp();
 
-// The command loop: reports the tablebases, interprets lines of standard input until it ends, and then ends
-// the program.
+// The command loop: reports the tablebases and makes their cache, interprets lines of standard input until it
+// ends, and then ends the program.
 [[noreturn]] void RunCommandLoop();
 
 // Frees what was allocated and ends the program with status 0.

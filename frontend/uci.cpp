@@ -12,6 +12,7 @@
 #include "core/movetext.h"
 #include "core/positionfault.h"
 #include "egtb/tablebases.h"
+#include "egtb/tablecache.h"
 #include "eval/pawnhash.h"
 #include "eval/weights.h"
 #include "frontend/commands.h"
@@ -32,7 +33,8 @@
 
 namespace {
 
-constexpr int VALUE_TOKEN = 4;  // setoption name X value Y
+constexpr int VALUE_TOKEN = 4;                // setoption name X value Y
+constexpr int LARGEST_TABLEBASE_CACHE = 128;  // megabytes
 constexpr char ANNOUNCED_BOOK[] = ".\\book.kvb";
 
 // The rest of the line from the value on, inner blanks included.
@@ -51,7 +53,9 @@ void SetPawnHash() {
 }
 
 void SetTablebaseCache() {
-    if (UseEGTB) EGTBHashSize = ReadMegabytes() * MEGABYTE;
+    if (!UseEGTB) return;
+    EGTBHashSize = std::clamp(TokenNumber(VALUE_TOKEN), 0, LARGEST_TABLEBASE_CACHE) * MEGABYTE;
+    AllocateTablebaseCache();
 }
 
 void SetOwnBook() {
@@ -194,6 +198,7 @@ void ChangeTablebasePath(const char* path) {
     if (!UseEGTB) return;
     SetTablebasePath(path);
     RegisterTablebases();
+    AllocateTablebaseCache();
 }
 
 // Interfaces say "ucinewgame" before a game, which the chain gives to "uci", deliberately: what there is to
@@ -206,7 +211,7 @@ void RunUci() {
     Print("option name NalimovPath type string default c:\\tablebases\\\n");
     Print("option name OpeningsBook type string default %s\n", ANNOUNCED_BOOK);
     Print("option name OwnBook type check default true\n");
-    Print("option name NalimovCache type spin min 1 max 128 default 1\n");
+    Print("option name NalimovCache type spin min 1 max %d default 1\n", LARGEST_TABLEBASE_CACHE);
     Print("option name MultiPV type spin min 1 max 1024 default 1\n");
     Print("option name Aggressivity type spin min 0 max 300 default %d\n", Aggressivity.Raw);
     Print("option name Defensivity type spin min 0 max 300 default %d\n", Cowardice.Raw);
@@ -277,9 +282,9 @@ void ReadGoParameters() {
 void RunDebug() {
     if (TokenCount < 2) return;
     if (MatchKeyword("on", Tokens[1])) {
-        DebugMode = 1;
+        DebugMode = VerboseRegistration = 1;
     } else if (MatchKeyword("off", Tokens[1])) {
-        DebugMode = 0;
+        DebugMode = VerboseRegistration = 0;
     }
 }
 

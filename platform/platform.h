@@ -36,3 +36,11 @@ std::string ProgramDirectory();
 // The names (without the directory) of the files in `directory` that end in `suffix`, unordered; the case of
 // ASCII letters in the ending does not matter. Empty when the directory can't be read.
 std::vector<std::string> FindFiles(const std::string& directory, const std::string& suffix);
+
+// The path of a file in a directory, whether or not that ends with a separator.
+std::string JoinPath(const std::string& directory, const std::string& name);
+
+// Whether the drive that a directory names by its letter exists and holds a disk; true where there are no
+// such letters, and for a directory without one. Nobody is asked to insert a disk, and a drive that was empty
+// once is not looked at again.
+bool IsDriveReady(const std::string& directory);

@@ -88,6 +88,14 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     return names;
 }
 
+std::string JoinPath(const std::string& directory, const std::string& name) {
+    return directory.empty() || directory.ends_with('/') ? directory + name : directory + '/' + name;
+}
+
+bool IsDriveReady(const std::string& /*directory*/) {
+    return true;
+}
+
 std::string ProgramDirectory() {
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);

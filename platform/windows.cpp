@@ -163,9 +163,7 @@ int64_t FileLength(const std::string& path) {
 
 std::vector<std::string> FindFiles(const std::string& directory, const std::string& suffix) {
     std::vector<std::string> names;
-    std::string pattern = directory;
-    if (!pattern.empty() && pattern.back() != '\\' && pattern.back() != '/') pattern += '\\';
-    pattern += '*';
+    const std::string pattern = JoinPath(directory, "*");
     WIN32_FIND_DATAA found;
     const HANDLE search = FindFirstFileA(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return names;
@@ -179,6 +177,26 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     } while (FindNextFileA(search, &found) != 0);
     FindClose(search);
     return names;
+}
+
+std::string JoinPath(const std::string& directory, const std::string& name) {
+    const bool isWhole = directory.empty() || directory.ends_with('\\') || directory.ends_with('/');
+    return isWhole ? directory + name : directory + '\\' + name;
+}
+
+bool IsDriveReady(const std::string& directory) {
+    constexpr int LETTERS = 26;
+    static bool isChecked[LETTERS], isNotReady[LETTERS];
+    if (directory.size() < 2 || directory[1] != ':') return true;
+    const int drive = (directory[0] | 0x20) - 'a';
+    if (drive < 0 || drive >= LETTERS || isChecked[drive]) return true;
+    if (isNotReady[drive] || (GetLogicalDrives() & 1u << drive) == 0) return false;
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA((directory.substr(0, 2) + "\\*").c_str(), &found);
+    isNotReady[drive] = search == INVALID_HANDLE_VALUE && GetLastError() == ERROR_NOT_READY;
+    isChecked[drive] = !isNotReady[drive];
+    if (search != INVALID_HANDLE_VALUE) FindClose(search);
+    return isChecked[drive];
 }
 
 std::string ProgramDirectory() {

@@ -114,11 +114,11 @@ bool ShowPosition(const std::string& fen, const std::string& directory) {
     std::vector<Line> lines;
     MoveListTop = 0;
     GenerateMoves();
-    const std::vector<ScoredMove> moves(MoveList, MoveList + MoveListTop);
-    for (const ScoredMove& entry : moves) {
-        if (!LeavesKingSafe(entry.Move)) continue;
-        Line line{MoveToSan(entry.Move), TABLE_DRAW, true};
-        MakeMove(entry.Move, 1);
+    for (int i = 0; i < MoveListTop; ++i) {
+        const Move move = MoveList[i].Move;
+        if (!LeavesKingSafe(move)) continue;
+        Line line{MoveToSan(move), TABLE_DRAW, true};
+        MakeMove(move, 1);
         // Two kings have no table.
         line.IsKnown = board.PieceCount == 2 || ProbeTable(&line.Value);
         UnmakeMove();
