@@ -12,10 +12,12 @@
 #include "search/oracles.h"
 #include "search/scores.h"
 #include "search/search.h"
+#include "search/timecontrol.h"
 
 namespace {
 
 constexpr int FIFTY_LIMIT = 100;  // plies
+constexpr int TRAP_TIME = 2;      // centiseconds of a timed search
 
 std::vector<Move> ListLegalMoves() {
     const int start = MoveListTop;
@@ -103,6 +105,8 @@ std::vector<TableMove> ValueMoves(const std::vector<Move>& moves) {
 
 void CountTraps(std::vector<TableMove>& moves) {
     for (TableMove& move : moves) {
+        // On a slow disk a thousand questions take longer than a clock may have left.
+        if (IsTimedSearch() && LimitElapsed() > TRAP_TIME) return;
         if (move.Value != TABLE_DRAW || move.IsRepetition) continue;
         MakeMove(move.Move, 1);
         move.Traps = IsDrawnByRule() ? 0 : CountLosingReplies();

@@ -11,7 +11,7 @@ struct TableMove {
     ::Move Move;
     TableValue Value;   // of the position before the move, had it no other
     bool IsProgress;    // a capture or a pawn move
-    bool IsRepetition;  // the position behind it has occurred before, if not often enough for a draw
+    bool IsRepetition;  // the position behind it has occurred before
     bool IsLate;        // the fifty-move rule may end the game before the mate
     int Traps;          // drawn: permille of the opponent's replies that lose
 };
@@ -21,8 +21,8 @@ struct TableMove {
 // fifty-move rule, a third occurrence. TablebaseHits counts the answers of the tables.
 std::vector<TableMove> ValueMoves(const std::vector<Move>& moves);
 
-// Counts the Traps of the drawn moves. A reply that is easily found, because it holds the draw by taking a
-// man, makes a move as harmless as one that repeats the position.
+// Counts the Traps of the drawn moves, in a timed search for a moment only. A reply that is easily found,
+// because it holds the draw by taking a man, makes a move as harmless as one that repeats the position.
 void CountTraps(std::vector<TableMove>& moves);
 
 // Orders the moves, best first; equals keep their order.
