@@ -89,7 +89,8 @@ std::array<int, 5> RankOf(const TableMove& move) {
     const int length = MateMoves(move.Value);
     if (IsWin(move.Value)) return {1, !move.IsLate, -length, move.IsProgress, !move.IsRepetition};
     if (IsLoss(move.Value)) return {-1, move.IsLate, length, !move.IsProgress, move.IsRepetition};
-    return {0, move.Traps, !move.IsRepetition, 0, 0};
+    const bool isCapture = MoveCaptured(move.Move) != EMPTY;
+    return {0, move.Traps, !move.IsRepetition, isCapture, !move.IsProgress};
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ void CountTraps(std::vector<TableMove>& moves);
 
 // Orders the moves, best first; equals keep their order.
 // Wins: the quickest; but none that the fifty-move rule may forestall before a capture or a pawn move that
-// wins, too. Draws: most traps first. Losses: the longest, or what the fifty-move rule may save. Equal wins
-// get on with the game, equal losses hold it up.
+// wins, too. Draws: most traps first; pawns are kept for later. Losses: the longest, or what the fifty-move
+// rule may save. Equal wins get on with the game, equal losses hold it up.
 void RankMoves(std::vector<TableMove>& moves);
 
 // The best legal move by this order, Traps apart, which cost too much for every line that is printed; 0 when
