@@ -49,6 +49,10 @@ bool IsRepeated(Move last, int length, uint64_t hashKey) {
 
 }  // namespace
 
+bool IsMateImpossible() {
+    return !HasPawns() && board.Material[WHITE] + board.Material[BLACK] <= 300;
+}
+
 bool HasManyPieces() {
     return board.PieceMaterial[WHITE] >= MANY_UNITS || board.PieceMaterial[BLACK] >= MANY_UNITS;
 }

@@ -18,6 +18,9 @@ bool IsRepetition();
 // irreversible move, the present time included: what a claim by the rules is counted by.
 int CountOccurrences();
 
+// Whether the men that are left, kings and one minor piece at most, allow no mate at all.
+bool IsMateImpossible();
+
 // Whether either side has the pieces for a middle game: the endgame tests below don't apply then.
 bool HasManyPieces();
 

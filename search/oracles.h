@@ -9,6 +9,10 @@
 // move and 2n - 32700 for being mated after n own moves, 0 for a draw. False when no table covers it.
 extern bool (*TablebaseProber)(int* score);
 
+// Whether tables may be asked about the position on the board: few enough men, no castling rights. They know
+// nothing of repetitions and the fifty-move rule.
+bool IsWithinTables();
+
 // What an earlier game has taught of the position on the board: the depth that it was searched to, in
 // sixtieths of a ply, and the score from the side to move's view. False when there is nothing.
 extern bool (*LearnedProber)(int* depth, int* score);

@@ -14,6 +14,7 @@
 #include "search/polling.h"
 #include "search/root.h"
 #include "search/search.h"
+#include "search/tablemoves.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 
@@ -89,6 +90,12 @@ Move VerifiedHashMove() {
     return move != NO_MOVE && IsLegalMove(move) ? move : NO_MOVE;
 }
 
+// The move that goes on with a line on the board: no search has looked behind what tables know.
+Move NextLineMove() {
+    const Move move = FindTableMove();
+    return move != NO_MOVE ? move : VerifiedHashMove();
+}
+
 }  // namespace
 
 void PrintThinkingLine() {
@@ -157,7 +164,7 @@ void PrintPv(int line) {
     const bool isBest = line == 0;
     int length = 0;
     if (isBest) PonderMove = NO_MOVE;
-    for (Move move = RootMove(line); move != NO_MOVE; move = VerifiedHashMove()) {
+    for (Move move = RootMove(line); move != NO_MOVE; move = NextLineMove()) {
         Print(" %s", MoveToText(move));
         if (isBest && length == 1) PonderMove = move;
         if (isBest && length == 2) ExpectMove(move);

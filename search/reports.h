@@ -31,8 +31,8 @@ void PrintNodeRate();
 void CountDownNodeRate();
 
 // Appends the principal variation of root entry `line`, each move as " %s". Moves behind the first come from
-// the transposition table and are verified. That of the best line gives PonderMove, its reply, and with the
-// move after that what the next search expects.
+// the tablebases, down to the mate, or from the transposition table and are verified. That of the best line
+// gives PonderMove, its reply, and with the move after that what the next search expects.
 void PrintPv(int line);
 
 // Starts the countdown to the node rate anew, before a search.

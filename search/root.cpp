@@ -19,6 +19,7 @@
 #include "search/polling.h"
 #include "search/reports.h"
 #include "search/search.h"
+#include "search/tableanswer.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 
@@ -170,7 +171,7 @@ int IterativeDeepening(int maxDepth, int useBook) {
     const int isOver = PrepareRoot();
     if (!isOver) {
         const bool isForced = RootMoveCount < 2 && !Analyzing;
-        if (!isForced) Deepen(maxDepth);
+        if (!AnswerFromTables() && !isForced) Deepen(maxDepth);
         WaitForInput();
     }
     ++GameSearches;

@@ -23,7 +23,8 @@ extern Move ExpectedMove;
 // Searches the position on the board until `maxDepth` plies less one are complete (below 2: not at all), or a
 // limit, a mate or input ends it; the side to move becomes the engine's side. With MultiPvCount above 1 it
 // follows that many lines. The chosen move is root move 0, its score RootScore. Returns 1 when the game is
-// over at the root, else 0. `useBook` allows an answer from the opening book.
+// over at the root, else 0. `useBook` allows an answer from the opening book. Where tablebases know every
+// root move, they answer whatever the limits, at once.
 int IterativeDeepening(int maxDepth, int useBook);
 
 // Remembers that the engine expects to play `move` in the position on the board.

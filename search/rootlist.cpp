@@ -35,11 +35,6 @@ void Announce(const char* result) {
     FlushOutput();
 }
 
-bool HasTooLittle(int side) {
-    return board.Material[ChangeSide(side)] == 0 && board.Material[side] <= 300 &&
-           board.PieceNumber[PAWN][side] == 0;
-}
-
 // Interfaces of protocol version 2 take an announcement for a claim, which has to hold by the rules. Others
 // are told as soon as the search counts the game as drawn.
 bool AreClaimsJudged() {
@@ -122,7 +117,7 @@ void ShiftElement(T* array, int from, int to) {
 
 void AnnounceDraws() {
     if (!MayAnnounce()) return;
-    if (HasTooLittle(WHITE) || HasTooLittle(BLACK)) AnnounceDraw("1/2-1/2 {Draw by insufficient material}");
+    if (IsMateImpossible()) AnnounceDraw("1/2-1/2 {Draw by insufficient material}");
     if (MayClaimRepetition()) AnnounceDraw("1/2-1/2 {Draw by repetition}");
     if (MayClaimFiftyMoves()) AnnounceDraw("1/2-1/2 {Draw by the 50-moves rule}");
 }

@@ -80,13 +80,39 @@ TEST_F(OraclesTest, TablesAreAskedWhereItPays) {
     LoadFEN("r3k3/p7/8/8/8/8/P7/R3K3 w - -");
     EXPECT_FALSE(isAsked(5, 239)) << "obvious: little on the board";
     EXPECT_TRUE(isAsked(5, 240) && isAsked(1, 60)) << "but not that deep, or so near to the root";
-    LoadFEN("3qk3/p7/8/8/8/8/P7/3QKR2 w - -");
-    EXPECT_FALSE(isAsked(5, 239)) << "a rook more";
     FoundPieces = 8;
     for (const char* move : {"h7h8n", "h7h8q"}) {
         LoadFEN("2nqk3/p6P/8/8/8/8/P7/3QK3 w - -");
         MakeMove(TextToMove(move), 1);
         EXPECT_EQ(isAsked(5, 239), move[4] == 'q') << move;
+    }
+}
+
+TEST_F(OraclesTest, TwoPiecesAgainstOneAreLeftToTheSearchWhereItWins) {
+    const struct {
+        std::string Pair;
+        std::string Beaten;  // of "qrbn"
+    } rows[] = {{"QQ", "qrbn"}, {"QR", "qrbn"}, {"QB", "rbn"}, {"QN", "rbn"}, {"RR", "rbn"},
+                {"RB", "bn"},   {"RN", "bn"},   {"BB", ""},    {"BN", ""},    {"NN", ""}};
+    FoundPieces = 6;
+    const auto isAsked = [](const std::string& white, const std::string& black, const char* pawn, char side) {
+        LoadFEN(("4k3/" + black + "7/8/8/8/8/" + pawn + "7/" + white + "1K4 " + side + " - -").c_str());
+        Ply = 5;
+        int score = 0;
+        return ProbeTablebases({-100, 100, 239, 1, false}, &score);
+    };
+    for (const auto& row : rows) {
+        for (const char letter : std::string("qrbn")) {
+            const std::string one(1, letter), label = row.Pair + " " + one;
+            const bool isBeaten = row.Beaten.find(letter) != std::string::npos;
+            const bool isAskedAhead = isAsked(row.Pair, one, "P", 'w');
+            const bool isAhead = board.PieceMaterial[WHITE] > board.PieceMaterial[BLACK];
+            EXPECT_EQ(isAskedAhead, isAhead && !isBeaten) << label;
+            EXPECT_EQ(isAsked(row.Pair, one, "P", 'b'),
+                      board.PieceMaterial[WHITE] < board.PieceMaterial[BLACK])
+                << label;
+            EXPECT_EQ(isAsked(row.Pair, one, "p", 'w'), isAhead) << label << ": the pawn may promote";
+        }
     }
 }
 
@@ -115,7 +141,7 @@ TEST_F(OraclesTest, TheSearchBelievesTheTables) {
     for (const int answer : {0, NOTHING}) {
         Forget();
         Answer = answer;
-        Search("4k3/8/8/8/8/8/8/R3K3 w - -", 6);
+        Search("4k3/8/8/8/8/8/8/R3K3 w Q -", 6);  // the right to castle ends with the first move
         EXPECT_TRUE(answer == 0 ? RootScore == 0 : RootScore > 200) << RootScore;
         EXPECT_EQ(TablebaseHits > 0, answer == 0);
     }
