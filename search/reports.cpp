@@ -14,7 +14,7 @@
 #include "search/polling.h"
 #include "search/root.h"
 #include "search/search.h"
-#include "search/tablemoves.h"
+#include "search/tableranking.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 

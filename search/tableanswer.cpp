@@ -10,7 +10,7 @@
 #include "search/root.h"
 #include "search/scores.h"
 #include "search/search.h"
-#include "search/tablemoves.h"
+#include "search/tableranking.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
 
@@ -22,11 +22,11 @@ int RootScoreOf(TableValue value) {
     return IsWin(value) ? MATE + 1 - 2 * MateMoves(value) : 2 * MateMoves(value) - MATE;
 }
 
-std::vector<TableMove> RankRootMoves() {
+std::vector<RankedMove> RankRootMoves() {
     std::vector<Move> moves;
     for (int i = 0; i < RootMoveCount; ++i) moves.push_back(RootMove(i));
-    std::vector<TableMove> ranked = ValueMoves(moves);
-    const auto isWin = [](const TableMove& move) { return IsWin(move.Value); };
+    std::vector<RankedMove> ranked = ValueMoves(moves);
+    const auto isWin = [](const RankedMove& move) { return IsWin(move.Value); };
     // Which draw it is matters only when a draw is the best.
     if (std::none_of(ranked.begin(), ranked.end(), isWin)) CountTraps(ranked);
     RankMoves(ranked);
@@ -37,10 +37,10 @@ std::vector<TableMove> RankRootMoves() {
 
 bool AnswerFromTables() {
     if (MateSearch > 0 || !IsWithinTables()) return false;
-    const std::vector<TableMove> ranked = RankRootMoves();
+    const std::vector<RankedMove> ranked = RankRootMoves();
     if (ranked.empty()) return false;
     int place = 0;
-    for (const TableMove& move : ranked) {
+    for (const RankedMove& move : ranked) {
         ShiftRootMove(FindRootMove(move.Move), place);
         RootScores[place++] = RootScoreOf(move.Value);
     }

@@ -1,4 +1,4 @@
-#include "search/tablemoves.h"
+#include "search/tableranking.h"
 
 #include <algorithm>
 #include <array>
@@ -54,7 +54,7 @@ bool FindValue(TableValue* value) {
 }
 
 // Fills in what is known of a move; false when its value isn't.
-bool ValueMove(TableMove& move) {
+bool ValueMove(RankedMove& move) {
     const int fifty = static_cast<int>(board.Fifty);
     MakeMove(move.Move, 1);
     TableValue value = TABLE_DRAW;
@@ -85,7 +85,7 @@ int CountLosingReplies() {
 }
 
 // What moves are compared by, the most important first; higher is better.
-std::array<int, 5> RankOf(const TableMove& move) {
+std::array<int, 5> RankOf(const RankedMove& move) {
     const int length = MateMoves(move.Value);
     if (IsWin(move.Value)) return {1, !move.IsLate, -length, move.IsProgress, !move.IsRepetition};
     if (IsLoss(move.Value)) return {-1, move.IsLate, length, !move.IsProgress, move.IsRepetition};
@@ -95,8 +95,8 @@ std::array<int, 5> RankOf(const TableMove& move) {
 
 }  // namespace
 
-std::vector<TableMove> ValueMoves(const std::vector<Move>& moves) {
-    std::vector<TableMove> valued;
+std::vector<RankedMove> ValueMoves(const std::vector<Move>& moves) {
+    std::vector<RankedMove> valued;
     for (const Move move : moves) {
         valued.push_back({move, TABLE_DRAW, false, false, false, 0});
         if (!ValueMove(valued.back())) return {};
@@ -104,8 +104,8 @@ std::vector<TableMove> ValueMoves(const std::vector<Move>& moves) {
     return valued;
 }
 
-void CountTraps(std::vector<TableMove>& moves) {
-    for (TableMove& move : moves) {
+void CountTraps(std::vector<RankedMove>& moves) {
+    for (RankedMove& move : moves) {
         // On a slow disk a thousand questions take longer than a clock may have left.
         if (IsTimedSearch() && LimitElapsed() > TRAP_TIME) return;
         if (move.Value != TABLE_DRAW || move.IsRepetition) continue;
@@ -115,14 +115,14 @@ void CountTraps(std::vector<TableMove>& moves) {
     }
 }
 
-void RankMoves(std::vector<TableMove>& moves) {
-    const auto isBetter = [](const TableMove& a, const TableMove& b) { return RankOf(a) > RankOf(b); };
+void RankMoves(std::vector<RankedMove>& moves) {
+    const auto isBetter = [](const RankedMove& a, const RankedMove& b) { return RankOf(a) > RankOf(b); };
     std::stable_sort(moves.begin(), moves.end(), isBetter);
 }
 
 Move FindTableMove() {
     if (!IsWithinTables() || IsDrawnByRule()) return NO_MOVE;
-    std::vector<TableMove> moves = ValueMoves(ListLegalMoves());
+    std::vector<RankedMove> moves = ValueMoves(ListLegalMoves());
     RankMoves(moves);
     return moves.empty() ? NO_MOVE : moves[0].Move;
 }
