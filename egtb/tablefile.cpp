@@ -6,13 +6,18 @@ namespace {
 
 uint32_t LastSerial = 0;
 
+// The bytes of the longer file by the number of the class, 0 before anybody has asked.
+int64_t LongerBytes[TABLE_CLASSES + 1];
+
 }  // namespace
 
 bool IsSplit(const TableClass& tableClass) {
     // Of fewer men none comes near it, and numbering a class takes its time.
     if (tableClass.Men < MAX_TABLE_MEN) return false;
-    return std::max(TableFile(tableClass, WHITE).Bytes(), TableFile(tableClass, BLACK).Bytes()) >
-           TABLE_PART_BYTES;
+    int64_t& bytes = LongerBytes[tableClass.Number];
+    if (bytes == 0)
+        bytes = std::max(TableFile(tableClass, WHITE).Bytes(), TableFile(tableClass, BLACK).Bytes());
+    return bytes > TABLE_PART_BYTES;
 }
 
 TableFile::TableFile(const TableClass& tableClass, int sideToMove)

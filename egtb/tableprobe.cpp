@@ -12,16 +12,12 @@ namespace {
 // clear of other scores for far more.
 constexpr int LONGEST_MATE = 400;
 
-// Takes the men over; false when the board contradicts itself, as an edited one may: men who were taken off,
-// or a second king of a side.
+// Takes the men over; false when the sets of an edited board don't agree with its squares: they name men who
+// were taken off, and only one king of a side. Two men on one square are nothing that can be played.
 bool TakeBoard(TablePosition* position) {
     for (const int side : {WHITE, BLACK}) {
         for (const unsigned piece : {KING, KNIGHT, PAWN, ROOK, BISHOP, QUEEN}) {
-            const Bitboard men = board.Pieces[piece][side];
-            position->Men[side][piece] = men;
-            for (Bitboard left = men; left != 0;) {
-                if (board.PieceOn[PopLowest(left)] != piece) return false;
-            }
+            position->Men[side][piece] = board.Pieces[piece][side];
         }
         if (OccupiedBy(*position, side) != board.Occupied[side]) return false;
         if (position->Men[side][KING] == 0) return false;

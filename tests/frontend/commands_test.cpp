@@ -110,6 +110,8 @@ TEST_F(CommandsTest, SetVariables) {
         {"setoption name Hash value 2", HashEntries, 104857},
         {"setoption name OwnBook value false", OwnBook, 0},
         {"setoption name NalimovCache value 3", EGTBHashSize, 3145728},
+        {"setoption name NalimovCache value -3", EGTBHashSize, 0},
+        {"setoption name NalimovCache value 99999999999", EGTBHashSize, 134217728},
     };
     for (const auto& row : rows) {
         Interpret(row.Line);
