@@ -96,6 +96,13 @@ void SetTablebasePath(const char* path) {
     std::snprintf(tb_path, TB_PATH_SIZE, "%s", path);
 }
 
+std::string DefaultTablebasePath() {
+    const auto isEmpty = [](const std::string& path) { return FindFiles(path, "").empty(); };
+    const std::string ours = ProgramDirectory() + "tablebases";
+    const bool isAnnouncedEmpty = !IsDriveReady(ANNOUNCED_TABLE_PATH) || isEmpty(ANNOUNCED_TABLE_PATH);
+    return isAnnouncedEmpty && !isEmpty(ours) ? ours : ANNOUNCED_TABLE_PATH;
+}
+
 void RegisterTablebases() {
     CloseTablebases();
     FileCounts counts;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "egtb/tableclass.h"
 #include "egtb/tablefile.h"
@@ -15,6 +16,11 @@ extern int EGTBHashSize;  // setting: bytes of the cache
 constexpr int TB_PATH_SIZE = 4096;
 extern char tb_path[TB_PATH_SIZE];
 void SetTablebasePath(const char* path);
+
+// Where tables are looked for when nobody names a path: ANNOUNCED_TABLE_PATH or, where nothing is there, the
+// directory "tablebases" beside the program if it holds anything.
+constexpr char ANNOUNCED_TABLE_PATH[] = "c:\\tablebases\\";
+std::string DefaultTablebasePath();
 
 // Says of every file that is found what becomes of it, and what all of them take. Set by the UCI command
 // "debug" and by tools.

@@ -216,7 +216,7 @@ void SetDefaultSettings() {
     HashEntries = DEFAULT_HASH_ENTRIES;
     PawnHashEntries = START_PAWN_ENTRIES;
     EGTBHashSize = DEFAULT_CACHE_BYTES;
-    SetTablebasePath("c:\\tablebases\\");
+    SetTablebasePath(DefaultTablebasePath().c_str());
     SetAggressivity(100);
     SetCowardice(100);
     SetTropism(100);

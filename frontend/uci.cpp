@@ -196,7 +196,9 @@ void PlayNamedMoves() {
 
 void ChangeTablebasePath(const char* path) {
     if (!UseEGTB) return;
-    SetTablebasePath(path);
+    // An interface that sets every option to the default that was announced wants what it would get anyway.
+    const bool isDefault = std::strcmp(path, ANNOUNCED_TABLE_PATH) == 0;
+    SetTablebasePath(isDefault ? DefaultTablebasePath().c_str() : path);
     RegisterTablebases();
     AllocateTablebaseCache();
 }
@@ -208,7 +210,7 @@ void RunUci() {
     Print("id author Tomas K. Varnel\n");
     Print("option name Hash type spin min 0 max 1024 default 10\n");
     Print("option name PawnHash type spin min 0 max 1024 default 7\n");
-    Print("option name NalimovPath type string default c:\\tablebases\\\n");
+    Print("option name NalimovPath type string default %s\n", ANNOUNCED_TABLE_PATH);
     Print("option name OpeningsBook type string default %s\n", ANNOUNCED_BOOK);
     Print("option name OwnBook type check default true\n");
     Print("option name NalimovCache type spin min 1 max %d default 1\n", LARGEST_TABLEBASE_CACHE);
