@@ -58,8 +58,10 @@ int ClassByName(const std::string& name) {
         } else if (small != 'v') {
             const auto isMeant = [=](unsigned piece) { return PROMOTION_LETTERS[piece] == small; };
             const auto* kind = std::find_if(std::begin(TableKinds), std::end(TableKinds), isMeant);
-            if (kind == std::end(TableKinds) || kings < 1 || kings > 2 || name.size() > 8) return 0;
-            sides[kings - 1] += OneMan(*kind);
+            if (kind == std::end(TableKinds) || kings < 1 || kings > 2) return 0;
+            MenCode& men = sides[kings - 1];
+            if (CountMen(men, *kind) == MAX_SIDE_MEN) return 0;
+            men += OneMan(*kind);
         }
     }
     return kings == 2 ? std::abs(FindTableClass(sides[WHITE], sides[BLACK])) : 0;

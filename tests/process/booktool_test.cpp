@@ -1,14 +1,13 @@
 // kestrovan-book from outside.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
 
-#include "tests/support/tempdirectory.h"
+#include "tests/process/tooltest.h"
 
 namespace {
 
@@ -16,34 +15,9 @@ constexpr char GAMES[] =
     "[Event \"a\"]\n\n1. e4 e5 2. Nf3 1-0\n\n1. e4 c5 0-1\n1. e4 e5 1/2\n1. Sf3 d5\n1-0\n"
     "[FEN \"4k3/8/8/8/8/8/4P3/4K3 w - -\"]\n1. e4 1-0\n1. d4 *\n1-0\n";
 
-class BookToolTest : public testing::Test {
+class BookToolTest : public ToolTest {
   protected:
-    void SetUp() override { directory_.WriteFile("games.pgn", GAMES); }
-
-    // Runs the program in the test's directory; returns its exit status.
-    int Run(const std::string& arguments, const std::string& output = "output",
-            const std::string& preparation = ":") {
-        const std::string command = "cd '" + directory_.Path() + "' && " + preparation +
-                                    "; '" KESTROVAN_BOOK "' " + arguments + " >'" + output +
-                                    "' 2>'errors' </dev/null";
-        const int status = std::system(command.c_str());
-        output_ = directory_.ReadFile("output");
-        errors_ = directory_.ReadFile("errors");
-        EXPECT_TRUE(WIFEXITED(status)) << command << '\n' << errors_;
-        return WEXITSTATUS(status);
-    }
-
-    // Runs the program with a request that it must refuse, saying why on the error stream only.
-    void ExpectRefusal(const std::string& arguments, const std::string& reason) {
-        EXPECT_NE(Run(arguments), 0) << arguments;
-        EXPECT_NE(errors_.find(reason), std::string::npos) << arguments << ": " << errors_;
-        EXPECT_EQ(output_, "") << arguments;
-    }
-
-    bool Says(const std::string& text) const { return output_.find(text) != std::string::npos; }
-
-    TempDirectory directory_;
-    std::string output_, errors_;
+    BookToolTest() : ToolTest(KESTROVAN_BOOK) { directory_.WriteFile("games.pgn", GAMES); }
 };
 
 TEST_F(BookToolTest, BuildsAndShowsABook) {

@@ -8,34 +8,10 @@
 #include <utility>
 
 #include "tests/process/session.h"
+#include "tests/process/xboardgame.h"
 #include "tests/support/datafile.h"
 
 namespace {
-
-constexpr int PLY_LIMIT = 700;  // of a game
-
-bool IsResult(const std::string& line) {
-    return line == "resign" || std::regex_match(line, std::regex("(1-0|0-1|1/2-1/2) \\{.*\\}"));
-}
-
-// An xboard game from the set-up on between two engines that get each other's moves, up to the first result
-// line, which is returned.
-std::string PlayXboardGame(const std::string& setUp, const std::string& settings) {
-    Session one(settings), other(settings);
-    for (Session* engine : {&one, &other}) engine->Ask("xboard\neasy\nnopost\nnew\n" + setUp);
-    one.Send("go");
-    Session *mover = &one, *waiter = &other;
-    for (int plies = 0; plies < PLY_LIMIT; std::swap(mover, waiter)) {
-        std::string line = mover->ReadLine();
-        for (; !line.starts_with("move "); line = mover->ReadLine()) {
-            if (IsResult(line)) return line;
-            if (line.starts_with("Illegal")) throw std::runtime_error(line);
-        }
-        waiter->Send(line.substr(5));
-        ++plies;
-    }
-    return "too long";
-}
 
 TEST(GamesTest, XboardGamesEndByTheirOwnResultLine) {
     const std::string fight = "ResignValue = 32767";
@@ -49,8 +25,8 @@ TEST(GamesTest, XboardGamesEndByTheirOwnResultLine) {
         {"loadfen qq2k3/8/8/8/8/8/P7/4K3 w - -\nsd 3", "ResignValue = 500\nResignTimes = 2", "resign"},
     };
     for (const auto& [setUp, settings, result] : rows) {
-        const std::string line = PlayXboardGame(setUp, settings);
-        EXPECT_TRUE(IsResult(line) && line.starts_with(result)) << setUp << ": " << line;
+        const std::string line = PlayXboardGame(setUp, settings, settings).Result;
+        EXPECT_TRUE(IsGameResult(line) && line.starts_with(result)) << setUp << ": " << line;
     }
 }
 
