@@ -3,15 +3,12 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 
+#include "egtb/newfile.h"
 #include "egtb/parallel.h"
 #include "egtb/tablemoves.h"
 #include "egtb/tablepath.h"
 #include "platform/platform.h"
-#include "platform/sharedfile.h"
 
 namespace {
 
@@ -58,7 +55,7 @@ int64_t TableBuilder::Locate(TablePosition* position) const {
 }
 
 void TableBuilder::NoteLength(int moves) {
-    std::atomic_ref<int> last(lastStep_);
+    std::atomic_ref<int> last(next_.LastStep);
     for (int seen = last; seen < moves && !last.compare_exchange_weak(seen, moves);) {
     }
 }
@@ -154,24 +151,25 @@ void TableBuilder::VisitPredecessors(const TablePosition& position, Visit visit)
     });
 }
 
-// What wins in step_ moves makes the moves that lead to it losing ones.
+// What wins in next_.Step moves makes the moves that lead to it losing ones.
 void TableBuilder::SpreadWins() {
-    ForAllOf(MateIn(step_), [&](const Half& half, int64_t number) {
+    ForAllOf(MateIn(next_.Step), [&](const Half& half, int64_t number) {
         TablePosition position;
         half.Index.PositionAt(number, &position);
         VisitPredecessors(position,
-                          [&](Half& before, int64_t place) { NoteLosingMove(before, place, step_); });
+                          [&](Half& before, int64_t place) { NoteLosingMove(before, place, next_.Step); });
     });
 }
 
-// What is lost after step_ moves is won a move before.
+// What is lost after next_.Step moves is won a move before.
 void TableBuilder::SpreadLosses() {
-    ForAllOf(MatedIn(step_), [&](Half& half, int64_t number) {
+    ForAllOf(MatedIn(next_.Step), [&](Half& half, int64_t number) {
         if (Shared(half.MovesLeft, number).load(std::memory_order_relaxed) != 0) return;
         TablePosition position;
         half.Index.PositionAt(number, &position);
-        NoteLength(step_ + 1);
-        VisitPredecessors(position, [&](Half& before, int64_t place) { NoteWin(before, place, step_ + 1); });
+        NoteLength(next_.Step + 1);
+        VisitPredecessors(position,
+                          [&](Half& before, int64_t place) { NoteWin(before, place, next_.Step + 1); });
     });
 }
 
@@ -208,145 +206,46 @@ void TableBuilder::NotePart(int64_t entries) {
     reported_ = steady_clock::now();
     int64_t all = 0;
     for (const Half& half : halves_) all += half.Index.Size();
-    options_.Report({class_, step_, lastStep_, static_cast<int>(done * 100 / all)});
+    options_.Report({class_, next_.Step, next_.LastStep, static_cast<int>(done * 100 / all)});
 }
 
 bool TableBuilder::Build() {
     builder_ = std::this_thread::get_id();
-    if (!Resume()) {
+    if (!options_.KeepsWork || !LoadWork(WorkName(), class_.Name, &next_, Entries())) {
         BeginPass();
         LookAtAll();
         if (IsStopped()) return false;
     }
     auto saved = std::chrono::steady_clock::now();
-    while (step_ <= lastStep_) {
+    while (next_.Step <= next_.LastStep) {
         const bool isDue = std::chrono::steady_clock::now() - saved > SAVE_INTERVAL;
         if (options_.KeepsWork && (isDue || IsStopped())) {
-            SaveWork();
+            SaveWork(WorkName(), class_.Name, next_, Entries());
             saved = std::chrono::steady_clock::now();
         }
         if (IsStopped()) return false;
         BeginPass();
-        if (isSpreadingLosses_) {
+        if (next_.IsLosses) {
             SpreadLosses();
-            ++step_;
+            ++next_.Step;
         } else {
             SpreadWins();
         }
-        isSpreadingLosses_ = !isSpreadingLosses_;
+        next_.IsLosses = !next_.IsLosses;
     }
     SettleDraws();
     FillSecondNumbers();
     return true;
 }
 
-namespace {
-
-// The beginning of a work file; codes and counts of each half follow, then their checksum. It is read by the
-// machine that has written it.
-struct WorkHeader {
-    char Magic[24] = "Kestrovan table at work";
-    char Name[8] = {};
-    int32_t Step = 0, IsSpreadingLosses = 0, LastStep = 0, HalfCount = 0;
-    int64_t Sizes[2] = {};  // entries
-};
-
-// FNV-1a over words of eight bytes.
-uint64_t Checksum(uint64_t sum, const void* bytes, size_t count) {
-    const auto* next = static_cast<const unsigned char*>(bytes);
-    for (uint64_t word; count >= sizeof word; count -= sizeof word, next += sizeof word) {
-        std::memcpy(&word, next, sizeof word);
-        sum = (sum ^ word) * 0x100000001B3u;
-    }
-    for (; count > 0; --count) sum = (sum ^ *next++) * 0x100000001B3u;
-    return sum;
-}
-constexpr uint64_t FIRST_SUM = 0xCBF29CE484222325u;
-
-// A file that stands under its name only when it is complete.
-class NewFile {
-  public:
-    explicit NewFile(std::string name) : name_(std::move(name)), out_(name_ + ".new", std::ios::binary) {}
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-    ~NewFile() {
-        if (!isComplete_) std::remove((name_ + ".new").c_str());
-    }
-
-    void Write(const void* bytes, size_t count) {
-        out_.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
-    }
-
-    void Complete() {
-        out_.close();
-        std::error_code error;
-        if (out_) std::filesystem::rename(name_ + ".new", name_, error);
-        if (!out_ || error) throw TableError(name_ + " can't be written");
-        isComplete_ = true;
-    }
-
-  private:
-    const std::string name_;
-    std::ofstream out_;
-    bool isComplete_ = false;
-};
-
-}  // namespace
-
 std::string TableBuilder::WorkName() const {
     return JoinPath(successors_.Directory(), std::string(class_.Name) + ".work");
 }
 
-void TableBuilder::SaveWork() const {
-    WorkHeader header;
-    std::memcpy(header.Name, class_.Name, sizeof class_.Name);
-    header.Step = step_;
-    header.IsSpreadingLosses = isSpreadingLosses_;
-    header.LastStep = lastStep_;
-    header.HalfCount = static_cast<int32_t>(halves_.size());
-    for (size_t i = 0; i < halves_.size(); ++i) header.Sizes[i] = halves_[i].Index.Size();
-    uint64_t sum = Checksum(FIRST_SUM, &header, sizeof header);
-    NewFile file(WorkName());
-    file.Write(&header, sizeof header);
-    for (const Half& half : halves_) {
-        const size_t codeBytes = half.Codes.size() * sizeof half.Codes[0];
-        sum = Checksum(Checksum(sum, half.Codes.data(), codeBytes), half.MovesLeft.data(),
-                       half.MovesLeft.size());
-        file.Write(half.Codes.data(), codeBytes);
-        file.Write(half.MovesLeft.data(), half.MovesLeft.size());
-    }
-    file.Write(&sum, sizeof sum);
-    file.Complete();
-}
-
-bool TableBuilder::Resume() {
-    SharedFile file;
-    if (!options_.KeepsWork || !file.Open(WorkName(), SharedFile::READ_ONLY)) return false;
-    WorkHeader header;
-    const WorkHeader blank;
-    if (file.ReadAt(0, &header, sizeof header) != sizeof header) return false;
-    if (std::memcmp(header.Magic, blank.Magic, sizeof blank.Magic) != 0) return false;
-    if (std::memcmp(header.Name, class_.Name, sizeof class_.Name) != 0) return false;
-    if (header.HalfCount != static_cast<int32_t>(halves_.size())) return false;
-    uint64_t sum = Checksum(FIRST_SUM, &header, sizeof header), stored = 0;
-    int64_t place = sizeof header;
-    const auto read = [&](void* bytes, size_t count) {
-        if (file.ReadAt(place, bytes, count) != count) return false;
-        place += static_cast<int64_t>(count);
-        sum = Checksum(sum, bytes, count);
-        return true;
-    };
-    for (size_t i = 0; i < halves_.size(); ++i) {
-        Half& half = halves_[i];
-        if (header.Sizes[i] != half.Index.Size()) return false;
-        if (!read(half.Codes.data(), half.Codes.size() * sizeof half.Codes[0])) return false;
-        if (!read(half.MovesLeft.data(), half.MovesLeft.size())) return false;
-    }
-    if (file.ReadAt(place, &stored, sizeof stored) != sizeof stored || stored != sum) return false;
-    step_ = header.Step;
-    isSpreadingLosses_ = header.IsSpreadingLosses;
-    lastStep_ = header.LastStep;
-    return true;
+std::vector<WorkEntries> TableBuilder::Entries() {
+    std::vector<WorkEntries> entries;
+    for (Half& half : halves_) entries.push_back({half.Codes, half.MovesLeft});
+    return entries;
 }
 
 void TableBuilder::WriteFile(const Half& half, int side) const {

@@ -11,6 +11,7 @@
 #include "egtb/tableindex.h"
 #include "egtb/tablestore.h"
 #include "egtb/tablevalue.h"
+#include "egtb/tablework.h"
 
 // Makes the tables of a class by retrograde analysis.
 //
@@ -83,18 +84,14 @@ class TableBuilder {
     void BeginPass();
     bool IsStopped() const { return options_.Stop != nullptr && *options_.Stop; }
     std::string WorkName() const;
-    bool Resume();
-    void SaveWork() const;
+    std::vector<WorkEntries> Entries();
     void WriteFile(const Half& half, int side) const;
 
     const TableClass& class_;
     const TableStore& successors_;
     const Options options_;
     std::vector<Half> halves_;  // one where the sides are alike
-    // The next pass, and the longest mate that has been seen coming.
-    int step_ = 0;
-    int isSpreadingLosses_ = 1;
-    int lastStep_ = 0;
+    WorkState next_;            // what is to be done next
     // How far the pass is, in entries, and when that was reported last.
     std::atomic<int64_t> done_ = 0;
     std::thread::id builder_;

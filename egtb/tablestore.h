@@ -2,21 +2,16 @@
 
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "egtb/tableclass.h"
+#include "egtb/tableerror.h"
 #include "egtb/tablefile.h"
 #include "egtb/tableindex.h"
 #include "egtb/tablevalue.h"
 
 // Whole tables in memory, for whoever makes or checks them.
-
-// What goes wrong with a file or with its memory; the text says what and where.
-struct TableError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 // A class with one side to move. What is not in the file, its broken end, is broken.
 class LoadedTable {
