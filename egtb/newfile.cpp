@@ -6,8 +6,12 @@
 
 #include "egtb/tableerror.h"
 
+static std::string UnfinishedPath(const std::string& path) {
+    return path + ".new";
+}
+
 NewFile::NewFile(const std::string& path)
-    : path_(path), unfinishedPath_(path + ".new"), stream_(unfinishedPath_, std::ios::binary) {}
+    : path_(path), unfinishedPath_(UnfinishedPath(path)), stream_(unfinishedPath_, std::ios::binary) {}
 
 NewFile::~NewFile() {
     stream_.close();
@@ -24,4 +28,8 @@ void NewFile::Complete() {
     std::error_code error;
     if (stream_) std::filesystem::rename(unfinishedPath_, path_, error);
     if (!stream_ || error) throw TableError(path_ + " can't be written");
+}
+
+void NewFile::RemoveUnfinished(const std::string& path) {
+    std::remove(UnfinishedPath(path).c_str());
 }

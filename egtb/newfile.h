@@ -18,6 +18,9 @@ class NewFile {
     // Gives the file its name. Throws TableError when that, or a Write before, has failed.
     void Complete();
 
+    // What a program that was killed has left of such a file.
+    static void RemoveUnfinished(const std::string& path);
+
   private:
     const std::string path_, unfinishedPath_;
     std::ofstream stream_;

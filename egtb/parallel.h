@@ -28,7 +28,12 @@ void ForAllParts(int64_t count, int threads, Work work) {
         }
     };
     std::vector<std::thread> helpers;
-    for (int i = 1; i < threads; ++i) helpers.emplace_back(run);
+    helpers.reserve(static_cast<size_t>(threads));
+    try {
+        for (int i = 1; i < threads; ++i) helpers.emplace_back(run);
+    } catch (...) {
+        // The threads that could be had must do.
+    }
     run();
     for (std::thread& helper : helpers) helper.join();
     if (failure) std::rethrow_exception(failure);

@@ -99,6 +99,8 @@ void SetTablebasePath(const char* path) {
 std::string DefaultTablebasePath() {
     const auto isEmpty = [](const std::string& path) { return FindFiles(path, "").empty(); };
     const std::string ours = ProgramDirectory() + "tablebases";
+    // Of a directory whose name holds a separator a path can't speak.
+    if (SplitTablePath(ours) != std::vector<std::string>{ours}) return ANNOUNCED_TABLE_PATH;
     const bool isAnnouncedEmpty = !IsDriveReady(ANNOUNCED_TABLE_PATH) || isEmpty(ANNOUNCED_TABLE_PATH);
     return isAnnouncedEmpty && !isEmpty(ours) ? ours : ANNOUNCED_TABLE_PATH;
 }

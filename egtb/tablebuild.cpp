@@ -206,7 +206,8 @@ void TableBuilder::NotePart(int64_t entries) {
     reported_ = steady_clock::now();
     int64_t all = 0;
     for (const Half& half : halves_) all += half.Index.Size();
-    options_.Report({class_, next_.Step, next_.LastStep, static_cast<int>(done * 100 / all)});
+    const int lastStep = std::atomic_ref<int>(next_.LastStep);
+    options_.Report({class_, next_.Step, lastStep, static_cast<int>(done * 100 / all)});
 }
 
 bool TableBuilder::Build() {
@@ -220,7 +221,7 @@ bool TableBuilder::Build() {
     while (next_.Step <= next_.LastStep) {
         const bool isDue = std::chrono::steady_clock::now() - saved > SAVE_INTERVAL;
         if (options_.KeepsWork && (isDue || IsStopped())) {
-            SaveWork(WorkName(), class_.Name, next_, Entries());
+            KeepWork();
             saved = std::chrono::steady_clock::now();
         }
         if (IsStopped()) return false;
@@ -242,6 +243,16 @@ std::string TableBuilder::WorkName() const {
     return JoinPath(successors_.Directory(), std::string(class_.Name) + ".work");
 }
 
+// While there is time to go on, a full disk is no reason to give the work up.
+void TableBuilder::KeepWork() {
+    try {
+        SaveWork(WorkName(), class_.Name, next_, Entries());
+    } catch (const TableError& error) {
+        if (IsStopped()) throw;
+        if (options_.Warn) options_.Warn(error.what());
+    }
+}
+
 std::vector<WorkEntries> TableBuilder::Entries() {
     std::vector<WorkEntries> entries;
     for (Half& half : halves_) entries.push_back({half.Codes, half.MovesLeft});
@@ -261,7 +272,7 @@ void TableBuilder::WriteFile(const Half& half, int side) const {
         codes.push_back(static_cast<uint8_t>(code));
         if (bytes == CODE_BYTES) codes.push_back(static_cast<uint8_t>(code >> 8));
     }
-    NewFile file(JoinPath(successors_.Directory(), TableName(class_, side)));
+    NewFile file(TablePath(successors_.Directory(), class_, side));
     file.Write(codes.data(), codes.size());
     file.Complete();
 }
@@ -269,4 +280,5 @@ void TableBuilder::WriteFile(const Half& half, int side) const {
 void TableBuilder::WriteFiles() const {
     for (size_t i = 0; i < halves_.size(); ++i) WriteFile(halves_[i], static_cast<int>(i));
     std::remove(WorkName().c_str());
+    NewFile::RemoveUnfinished(WorkName());
 }

@@ -35,7 +35,9 @@ class TableBuilder {
         // Set from outside to stop the work: the first look at once, other passes when they are complete.
         const std::atomic<bool>* Stop = nullptr;
         // Called now and then from the thread of Build.
-        std::function<void(const Progress&)> Report;
+        std::function<void(const Progress&)> Report = {};
+        // Called when work could not be put by, and goes on without that.
+        std::function<void(const std::string&)> Warn = {};
     };
 
     // The successor classes must be loaded in the store.
@@ -84,6 +86,7 @@ class TableBuilder {
     void BeginPass();
     bool IsStopped() const { return options_.Stop != nullptr && *options_.Stop; }
     std::string WorkName() const;
+    void KeepWork();
     std::vector<WorkEntries> Entries();
     void WriteFile(const Half& half, int side) const;
 

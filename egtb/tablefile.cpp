@@ -46,7 +46,7 @@ int64_t TableFile::Length() const {
 bool TableFile::HasRightLength() const {
     int64_t left = Bytes();
     for (const auto& part : parts_) {
-        const int64_t wanted = parts_.size() == 1 ? left : std::min(left, TABLE_PART_BYTES);
+        const int64_t wanted = std::min(left, TABLE_PART_BYTES);
         if (part->Length() != wanted) return false;
         left -= wanted;
     }

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -10,6 +11,9 @@ void PrintLine(const char* line) {
     Print("%s\n", line);
     FlushOutput();
 }
+
+int Holds = 0;
+std::vector<std::string> Waiting;
 
 }  // namespace
 
@@ -24,5 +28,19 @@ void ReportTable(const char* format, ...) {
     std::vsnprintf(line.data(), line.size() + 1, format, again);
     va_end(again);
     va_end(arguments);
-    TableReporter(line.c_str());
+    if (Holds > 0) {
+        Waiting.push_back(line);
+    } else {
+        TableReporter(line.c_str());
+    }
+}
+
+TableReportHold::TableReportHold() {
+    ++Holds;
+}
+
+TableReportHold::~TableReportHold() {
+    if (--Holds > 0) return;
+    for (const std::string& line : Waiting) TableReporter(line.c_str());
+    Waiting.clear();
 }

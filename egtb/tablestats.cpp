@@ -64,7 +64,7 @@ Tally CountSide(const TableClass& tableClass, const TableStore& store, int side,
             if (!table.Index().PositionAt(number, &position)) continue;
             if (table.Index().IndexOf(position) != number) continue;
             const int64_t images = tableClass.HasPawns() ? 2 : IsSymmetric(position) ? 4 : 8;
-            const TableValue value = table.Value(number);
+            const TableValue value = store.ValueOf(position);
             tally.Add(value, images, number);
             if (side == BLACK) continue;
             TablePosition passed = position;
@@ -77,14 +77,16 @@ Tally CountSide(const TableClass& tableClass, const TableStore& store, int side,
     return sum;
 }
 
-// What the moves of a position make of it.
+// What the moves of a position make of it; broken if what one of them leads to is.
 TableValue ValueByMoves(const TablePosition& position, const TableStore& store) {
     TableValue best = TABLE_BROKEN;
+    bool isDamaged = false;
     VisitMoves(position, [&](const TableMove&, const TablePosition& after) {
-        const TableValue value = BeforeMove(store.ValueOf(after));
+        const TableValue value = BeforeMove(store.EntryOf(after));
+        if (value == TABLE_BROKEN) isDamaged = true;
         if (best == TABLE_BROKEN || IsBetter(value, best)) best = value;
     });
-    if (best != TABLE_BROKEN) return best;
+    if (isDamaged || best != TABLE_BROKEN) return isDamaged ? TABLE_BROKEN : best;
     const int us = position.SideToMove, them = ChangeSide(us);
     return IsAttacked(position, position.King(us), them, AllOccupied(position)) ? MatedIn(0) : TABLE_DRAW;
 }
@@ -115,7 +117,8 @@ int64_t CountFaults(const TableClass& tableClass, const TableStore& store, int t
                 TablePosition position;
                 const bool isPlayable = table.Index().PositionAt(number, &position);
                 const TableValue value = isPlayable ? ValueByMoves(position, store) : TABLE_BROKEN;
-                if (table.Value(number) == value) continue;
+                // Nothing playable is broken, its own entry or those it leads to.
+                if (table.Value(number) == value && isPlayable == (value != TABLE_BROKEN)) continue;
                 const std::lock_guard guard(lock);
                 ++count;
                 firstNumber = std::min(firstNumber, number);

@@ -13,15 +13,18 @@ std::vector<int> SidesOf(const TableClass& tableClass) {
     return tableClass.HasBlackFile() ? std::vector<int>{WHITE, BLACK} : std::vector<int>{WHITE};
 }
 
-std::string PathOf(const std::string& directory, const TableClass& tableClass, int side) {
-    return JoinPath(directory, TableName(tableClass, side));
-}
-
 }  // namespace
+
+std::string TablePath(const std::string& directory, const TableClass& tableClass, int sideToMove) {
+    const std::string name = TableName(tableClass, sideToMove), found = TableDirectory(directory).Find(name);
+    return found.empty() ? JoinPath(directory, name) : found;
+}
 
 LoadedTable::LoadedTable(const std::string& directory, const TableClass& tableClass, int sideToMove)
     : file_(tableClass, sideToMove) {
-    const std::string path = PathOf(directory, tableClass, sideToMove);
+    const std::string path = TablePath(directory, tableClass, sideToMove);
+    if (IsSplit(tableClass))
+        throw TableError(std::string(tableClass.Name) + " is too large for a single file");
     if (!file_.Open({path})) throw TableError(path + " can't be opened");
     if (!file_.HasRightLength()) throw TableError(path + " has not the length of its class");
     codes_.resize(static_cast<size_t>(file_.Bytes()));
@@ -43,7 +46,7 @@ TableValue LoadedTable::Value(int64_t index) const {
 bool TableStore::HasFiles(const TableClass& tableClass) const {
     const auto isThere = [&](int side) {
         TableFile file(tableClass, side);
-        return file.Open({PathOf(directory_, tableClass, side)}) && file.HasRightLength();
+        return file.Open({TablePath(directory_, tableClass, side)}) && file.HasRightLength();
     };
     const std::vector<int> sides = SidesOf(tableClass);
     return std::all_of(sides.begin(), sides.end(), isThere);
@@ -69,7 +72,7 @@ const LoadedTable& TableStore::Table(int classNumber, int sideToMove) const {
     return *table;
 }
 
-TableValue TableStore::ValueOf(const TablePosition& position) const {
+TableValue TableStore::EntryOf(const TablePosition& position) const {
     const MenCode white = MenOf(position, WHITE), black = MenOf(position, BLACK);
     if (white == 0 && black == 0) return TABLE_DRAW;
     const int found = FindTableClass(white, black), number = std::abs(found);
@@ -77,6 +80,12 @@ TableValue TableStore::ValueOf(const TablePosition& position) const {
     const int side = TableSide(TableClasses[number], found < 0, &placed);
     const LoadedTable& table = Table(number, side);
     return table.Value(table.Index().IndexOf(placed));
+}
+
+TableValue TableStore::ValueOf(const TablePosition& position) const {
+    const TableValue value = EntryOf(position);
+    if (value == TABLE_BROKEN) throw TableError("a table is damaged: nothing for " + FenOf(position));
+    return value;
 }
 
 int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position) {

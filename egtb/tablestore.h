@@ -13,6 +13,10 @@
 
 // Whole tables in memory, for whoever makes or checks them.
 
+// Where the file of a class and side to move is, or would be, in a directory, whatever the case of its
+// letters.
+std::string TablePath(const std::string& directory, const TableClass& tableClass, int sideToMove);
+
 // A class with one side to move. What is not in the file, its broken end, is broken.
 class LoadedTable {
   public:
@@ -43,7 +47,11 @@ class TableStore {
 
     const LoadedTable& Table(int classNumber, int sideToMove) const;
 
-    // The value of a playable position of kings only or of a class in memory; throws TableError for another.
+    // What the tables have for a playable position of kings only or of a class in memory; throws TableError
+    // for another. In a damaged table it may be broken.
+    TableValue EntryOf(const TablePosition& position) const;
+
+    // The same, but a broken entry throws TableError.
     TableValue ValueOf(const TablePosition& position) const;
 
   private:

@@ -27,9 +27,9 @@ constexpr int MateMoves(TableValue value) {
     return value > 0 ? value : -1 - value;
 }
 
-// The same from the view of the opponent, who has just moved here.
+// The same from the view of the opponent, who has just moved here; broken entries stay what they are.
 constexpr TableValue BeforeMove(TableValue value) {
-    if (value == TABLE_DRAW) return TABLE_DRAW;
+    if (value == TABLE_DRAW || value == TABLE_BROKEN) return value;
     return IsWin(value) ? MatedIn(value) : MateIn(MateMoves(value) + 1);
 }
 

@@ -196,9 +196,11 @@ void PlayNamedMoves() {
 
 void ChangeTablebasePath(const char* path) {
     if (!UseEGTB) return;
-    // An interface that sets every option to the default that was announced wants what it would get anyway.
+    // An interface that sets every option to the default that was announced wants what it would get anyway,
+    // and writes an empty text in this way.
     const bool isDefault = std::strcmp(path, ANNOUNCED_TABLE_PATH) == 0;
-    SetTablebasePath(isDefault ? DefaultTablebasePath().c_str() : path);
+    const bool isEmpty = std::strcmp(path, "<empty>") == 0;
+    SetTablebasePath(isDefault ? DefaultTablebasePath().c_str() : isEmpty ? "" : path);
     RegisterTablebases();
     AllocateTablebaseCache();
 }

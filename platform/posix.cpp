@@ -79,6 +79,7 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     if (stream == nullptr) return names;
     while (const dirent* entry = readdir(stream)) {
         const std::string name = entry->d_name;
+        if (name == "." || name == "..") continue;
         if (name.size() >= suffix.size() &&
             strcasecmp(name.c_str() + name.size() - suffix.size(), suffix.c_str()) == 0) {
             names.push_back(name);

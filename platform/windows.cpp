@@ -170,6 +170,7 @@ std::vector<std::string> FindFiles(const std::string& directory, const std::stri
     do {
         // Compared here: a pattern with the suffix would be held against short names, too.
         const std::string name = found.cFileName;
+        if (name == "." || name == "..") continue;
         if (name.size() >= suffix.size() &&
             _stricmp(name.c_str() + name.size() - suffix.size(), suffix.c_str()) == 0) {
             names.push_back(name);

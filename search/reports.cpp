@@ -8,6 +8,7 @@
 #include "core/legal.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
+#include "egtb/tablereport.h"
 #include "platform/output.h"
 #include "search/modes.h"
 #include "search/multipv.h"
@@ -56,6 +57,7 @@ void PrintCurrentMove() {
 }
 
 void PrintAllLines(int failingLine, int boundType) {
+    const TableReportHold hold;
     for (int i = 0; i < RootMoveCount && i < MultiPvCount; ++i) {
         Print("info multipv %d ", i + 1);
         PrintState(RootScores[i], RootScore, i == failingLine ? boundType : BOUND_NONE);
@@ -91,14 +93,15 @@ Move VerifiedHashMove() {
 }
 
 // The move that goes on with a line on the board: no search has looked behind what tables know.
-Move NextLineMove() {
-    const Move move = FindTableMove();
+Move NextLineMove(bool asksTables) {
+    const Move move = asksTables ? FindTableMove() : NO_MOVE;
     return move != NO_MOVE ? move : VerifiedHashMove();
 }
 
 }  // namespace
 
 void PrintThinkingLine() {
+    const TableReportHold hold;
     Print("%d %d %d %lld", IterationDepth + 1, ShownScore(RootScore), ElapsedTime(),
           static_cast<long long>(Nodes));
     PrintPv(0);
@@ -116,6 +119,7 @@ void PrintUciInfo(int force, int boundType, int withPv) {
     const auto sinceLast = static_cast<uint64_t>(Nodes) - static_cast<uint64_t>(LastReportNodes);
     if (!force && Nodes != 0 && sinceLast <= 30000) return;
     LastReportNodes = Nodes;
+    const TableReportHold hold;
     Print("info ");
     PrintState(UciScore(), UciScore(), boundType);
     if (withPv) {
@@ -162,9 +166,11 @@ void CountDownNodeRate() {
 void PrintPv(int line) {
     constexpr int FURTHER_MOVES = 20;
     const bool isBest = line == 0;
-    int length = 0;
+    // A slow disk must not take time off the clock for lines that are not played.
+    const bool asksTables = isBest || !IsTimedSearch();
     if (isBest) PonderMove = NO_MOVE;
-    for (Move move = RootMove(line); move != NO_MOVE; move = NextLineMove()) {
+    int length = 0;
+    for (Move move = RootMove(line); move != NO_MOVE; move = NextLineMove(asksTables)) {
         Print(" %s", MoveToText(move));
         if (isBest && length == 1) PonderMove = move;
         if (isBest && length == 2) ExpectMove(move);

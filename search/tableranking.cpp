@@ -42,28 +42,34 @@ bool IsDrawnByRule() {
     return board.Fifty >= FIFTY_LIMIT || IsMateImpossible() || (IsRepetition() && CountOccurrences() >= 3);
 }
 
-// The value of the position on the board; false when it is not known.
-bool FindValue(TableValue* value) {
-    *value = TABLE_DRAW;
+// The value of the position on the board, and that which it has apart from draws that must be claimed; false
+// when it is not known.
+bool FindValue(TableValue* value, TableValue* unclaimed) {
+    *value = *unclaimed = TABLE_DRAW;
     // A mate with the hundredth ply comes before the draw.
     if (ListLegalMoves().empty()) {
-        if (IsKingAttacked(board.SideToMove)) *value = MatedIn(0);
+        if (IsKingAttacked(board.SideToMove)) *value = *unclaimed = MatedIn(0);
         return true;
     }
-    return IsDrawnByRule() || AskTables(value);
+    if (IsMateImpossible()) return true;
+    const bool isKnown = AskTables(unclaimed);
+    if (IsDrawnByRule()) return true;
+    *value = *unclaimed;
+    return isKnown;
 }
 
 // Fills in what is known of a move; false when its value isn't.
 bool ValueMove(RankedMove& move) {
     const int fifty = static_cast<int>(board.Fifty);
     MakeMove(move.Move, 1);
-    TableValue value = TABLE_DRAW;
-    const bool isKnown = FindValue(&value);
+    TableValue value = TABLE_DRAW, unclaimed = TABLE_DRAW;
+    const bool isKnown = FindValue(&value, &unclaimed);
     move.IsProgress = board.Fifty == 0;
     move.IsRepetition = IsRepetition();
     UnmakeMove();
     if (!isKnown) return false;
     move.Value = BeforeMove(value);
+    move.Unclaimed = BeforeMove(unclaimed);
     const int plies = 2 * MateMoves(move.Value) - (IsWin(move.Value) ? 1 : 0);
     move.IsLate = move.Value != TABLE_DRAW && !move.IsProgress && fifty + plies > FIFTY_LIMIT;
     return true;
@@ -85,12 +91,15 @@ int CountLosingReplies() {
 }
 
 // What moves are compared by, the most important first; higher is better.
-std::array<int, 5> RankOf(const RankedMove& move) {
+std::array<int, 6> RankOf(const RankedMove& move) {
+    constexpr int LONGER_THAN_ANY = 1000;
     const int length = MateMoves(move.Value);
-    if (IsWin(move.Value)) return {1, !move.IsLate, -length, move.IsProgress, !move.IsRepetition};
-    if (IsLoss(move.Value)) return {-1, move.IsLate, length, !move.IsProgress, move.IsRepetition};
+    if (IsWin(move.Value)) return {1, !move.IsLate, -length, move.IsProgress, !move.IsRepetition, 0};
+    if (IsLoss(move.Value)) return {-1, move.IsLate, length, !move.IsProgress, move.IsRepetition, 0};
     const bool isCapture = MoveCaptured(move.Move) != EMPTY;
-    return {0, move.Traps, !move.IsRepetition, isCapture, !move.IsProgress};
+    const int left = LONGER_THAN_ANY - MateMoves(move.Unclaimed);
+    const int unclaimed = IsWin(move.Unclaimed) ? left : IsLoss(move.Unclaimed) ? -left : 0;
+    return {0, unclaimed, move.Traps, !move.IsRepetition, isCapture, !move.IsProgress};
 }
 
 }  // namespace
@@ -98,7 +107,7 @@ std::array<int, 5> RankOf(const RankedMove& move) {
 std::vector<RankedMove> ValueMoves(const std::vector<Move>& moves) {
     std::vector<RankedMove> valued;
     for (const Move move : moves) {
-        valued.push_back({move, TABLE_DRAW, false, false, false, 0});
+        valued.push_back({move, TABLE_DRAW, false, false, false, TABLE_DRAW, 0});
         if (!ValueMove(valued.back())) return {};
     }
     return valued;

@@ -9,11 +9,12 @@
 
 struct RankedMove {
     ::Move Move;
-    TableValue Value;   // of the position before the move, had it no other
-    bool IsProgress;    // a capture or a pawn move
-    bool IsRepetition;  // the position behind it has occurred before
-    bool IsLate;        // the fifty-move rule may end the game before the mate
-    int Traps;          // drawn: permille of the opponent's replies that lose
+    TableValue Value;      // of the position before the move, had it no other
+    bool IsProgress;       // a capture or a pawn move
+    bool IsRepetition;     // the position behind it has occurred before
+    bool IsLate;           // the fifty-move rule may end the game before the mate
+    TableValue Unclaimed;  // what the tables say where a rule makes it a draw, should nobody claim it
+    int Traps;             // drawn: permille of the opponent's replies that lose
 };
 
 // The value of every move, which must be legal in the position on the board; empty when that of a single one
@@ -27,8 +28,9 @@ void CountTraps(std::vector<RankedMove>& moves);
 
 // Orders the moves, best first; equals keep their order.
 // Wins: the quickest; but none that the fifty-move rule may forestall before a capture or a pawn move that
-// wins, too. Draws: most traps first; pawns are kept for later. Losses: the longest, or what the fifty-move
-// rule may save. Equal wins get on with the game, equal losses hold it up.
+// wins, too. Draws: what is won rather than lost if nobody claims it, then most traps; pawns are kept for
+// later. Losses: the longest, or what the fifty-move rule may save. Equal wins get on with the game, equal
+// losses hold it up.
 void RankMoves(std::vector<RankedMove>& moves);
 
 // The best legal move by this order, Traps apart, which cost too much for every line that is printed; 0 when

@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "egtb/newfile.h"
 #include "egtb/tablebuild.h"
 #include "egtb/tablestats.h"
 #include "egtb/tablestore.h"
+#include "platform/platform.h"
 #include "tools/progress.h"
 
 namespace {
@@ -33,9 +35,11 @@ int64_t NeededMemory(const TableClass& tableClass) {
     return bytes;
 }
 
+// Whatever would stop the work only after hours.
 void CheckMemory(const std::vector<int>& missing, int64_t memoryBytes) {
     for (const int number : missing) {
         const TableClass& tableClass = TableClasses[number];
+        if (IsSplit(tableClass)) throw TableError(std::string(tableClass.Name) + " is too large to be made");
         const int64_t needed = NeededMemory(tableClass);
         if (needed <= memoryBytes) continue;
         char text[120];
@@ -43,6 +47,17 @@ void CheckMemory(const std::vector<int>& missing, int64_t memoryBytes) {
                       tableClass.Name, Megabytes(needed), Megabytes(memoryBytes));
         throw TableError(text);
     }
+}
+
+void CheckDirectory(const std::string& directory) {
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (!std::filesystem::is_directory(directory)) {
+        throw TableError(directory + " is not a directory and can't be made one");
+    }
+    const std::string trial = JoinPath(directory, "kestrovan-egtb.try");
+    NewFile(trial).Complete();
+    std::filesystem::remove(trial);
 }
 
 void ShowProgress(const TableBuilder::Progress& state, Progress& progress) {
@@ -77,6 +92,10 @@ bool BuildClass(const TableClass& tableClass, TableStore& store, const TableBuil
     buildOptions.Threads = options.Threads;
     buildOptions.Stop = &IsInterrupted;
     buildOptions.Report = [&](const TableBuilder::Progress& state) { ShowProgress(state, progress); };
+    buildOptions.Warn = [&](const std::string& what) {
+        progress.Clear();
+        std::fprintf(stderr, "%s; the work goes on\n", what.c_str());
+    };
     {
         TableBuilder builder(tableClass, store, buildOptions);
         if (!builder.Build()) return false;
@@ -93,19 +112,15 @@ bool BuildClass(const TableClass& tableClass, TableStore& store, const TableBuil
 }  // namespace
 
 bool BuildTables(const std::vector<int>& classNumbers, const TableBuildOptions& options) {
-    std::error_code error;
-    std::filesystem::create_directories(options.Directory, error);
-    if (!std::filesystem::is_directory(options.Directory)) {
-        throw TableError(options.Directory + " is not a directory and can't be made one");
-    }
     TableStore store(options.Directory);
     std::vector<int> missing = WithSuccessors(classNumbers);
     const size_t all = missing.size();
     std::erase_if(missing, [&](int number) { return store.HasFiles(TableClasses[number]); });
+    CheckMemory(missing, options.MemoryBytes);
+    if (!missing.empty()) CheckDirectory(options.Directory);
+    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, NoteInterruption);
     std::printf("%zu classes, %zu to be made\n", all, missing.size());
     std::fflush(stdout);
-    CheckMemory(missing, options.MemoryBytes);
-    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, NoteInterruption);
     Progress progress;
     int64_t bytes = 0;
     for (size_t i = 0; i < missing.size(); ++i) {

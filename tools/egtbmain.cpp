@@ -35,12 +35,12 @@ CLI::App* AddCommand(CLI::App& app, Request& request, const char* name, const ch
     return command;
 }
 
-CLI::App* AddClassCommand(CLI::App& app, Request& request, const char* name, const char* description) {
+CLI::App* AddClassCommand(CLI::App& app, Request& request, const char* name, const char* description,
+                          const char* without) {
     CLI::App* command = AddCommand(app, request, name, description);
-    command->add_option(
-        "classes", request.Names,
-        "Classes as krkn or KRvKN, or a number of men for all classes of so many; without any, "
-        "all classes of three and four men");
+    const std::string classes =
+        "Classes as krkn or KRvKN, or a number of men for all of so many; without any, ";
+    command->add_option("classes", request.Names, classes + without);
     command->add_option("--threads", request.Options.Threads, "Threads that work at once")
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
@@ -55,7 +55,7 @@ int ClassByName(const std::string& name) {
         const int small = std::tolower(static_cast<unsigned char>(letter));
         if (small == 'k') {
             ++kings;
-        } else if (small != 'v') {
+        } else if (small != 'v' || kings != 1) {
             const auto isMeant = [=](unsigned piece) { return PROMOTION_LETTERS[piece] == small; };
             const auto* kind = std::find_if(std::begin(TableKinds), std::end(TableKinds), isMeant);
             if (kind == std::end(TableKinds) || kings < 1 || kings > 2) return 0;
@@ -77,7 +77,7 @@ std::vector<int> ClassesOf(int men) {
 
 std::vector<int> ReadClasses(const std::vector<std::string>& names) {
     std::vector<int> numbers;
-    for (const std::string& name : names.empty() ? std::vector<std::string>{"3", "4"} : names) {
+    for (const std::string& name : names) {
         const bool isMen = name.size() == 1 && name[0] >= '3' && name[0] <= '0' + MAX_TABLE_MEN;
         const std::vector<int> meant = isMen ? ClassesOf(name[0] - '0') : std::vector<int>{ClassByName(name)};
         if (meant.front() == 0) throw TableError(name + " is no class of tables; one is named like krpkr");
@@ -94,28 +94,33 @@ int Run(int argc, char** argv) {
     CLI::App app("Makes endgame tablebases for Kestrovan, checks them and shows what they hold.",
                  "kestrovan-egtb");
     app.require_subcommand(1);
-    CLI::App* build = AddClassCommand(app, request, "build", "Make tables, and the smaller ones they need");
+    CLI::App* build = AddClassCommand(app, request, "build", "Make tables, and the smaller ones they need",
+                                      "all classes of three and four men");
     build->add_option("--memory", request.MemoryMB, "Megabytes that may be used")
         ->check(CLI::Range(1, 1 << 20))
         ->capture_default_str();
     build->add_flag("--verify", request.Options.Verifies, "Compare every new position with its moves");
-    const CLI::App* verify = AddClassCommand(app, request, "verify", "Compare every position with its moves");
-    const CLI::App* stats = AddClassCommand(app, request, "stats", "Show results and longest mates");
+    const CLI::App* verify = AddClassCommand(app, request, "verify", "Compare every position with its moves",
+                                             "all that are there");
+    AddClassCommand(app, request, "stats", "Show results and longest mates", "all that are there");
     CLI::App* probe = AddCommand(app, request, "probe", "Show the value of a position and of its moves");
     probe->add_option("fen", request.Fen, "The position")->required();
     const CLI::App* list = AddCommand(app, request, "list", "Show which tables the program finds");
     CLI11_PARSE(app, argc, argv);
 
-    const std::string& directory = request.Options.Directory;
+    TableBuildOptions& options = request.Options;
     if (*build) {
-        request.Options.MemoryBytes = request.MemoryMB << 20;
-        return BuildTables(ReadClasses(request.Names), request.Options) ? 0 : 1;
+        options.MemoryBytes = request.MemoryMB << 20;
+        if (request.Names.empty()) request.Names = {"3", "4"};
+        return BuildTables(ReadClasses(request.Names), options) ? 0 : 1;
     }
-    if (*verify) return VerifyTables(ReadClasses(request.Names), directory, request.Options.Threads) ? 0 : 1;
-    if (*stats) ShowStatistics(ReadClasses(request.Names), directory, request.Options.Threads);
-    if (*probe) return ShowPosition(request.Fen, directory) ? 0 : 1;
-    if (*list) ListTables(directory);
-    return 0;
+    if (*probe) return ShowPosition(request.Fen, options.Directory) ? 0 : 1;
+    if (*list) return ListTables(options.Directory) ? 0 : 1;
+    const bool isWhole = request.Names.empty();
+    const std::vector<int> classes = isWhole ? FindClasses(options.Directory) : ReadClasses(request.Names);
+    if (classes.empty()) throw TableError("there are no tables in " + options.Directory);
+    const auto show = *verify ? VerifyTables : ShowStatistics;
+    return show(classes, options.Directory, options.Threads) ? 0 : 1;
 }
 
 }  // namespace

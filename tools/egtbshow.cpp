@@ -13,7 +13,7 @@
 #include "core/positionfault.h"
 #include "core/san.h"
 #include "egtb/tablebases.h"
-#include "egtb/tablecache.h"
+#include "egtb/tablepath.h"
 #include "egtb/tableprobe.h"
 #include "egtb/tablestats.h"
 #include "egtb/tablestore.h"
@@ -57,13 +57,36 @@ void ShowSide(const TableClass& tableClass, const TableStore& store, const Table
     if (counts.Losses > 0) showLongest("loss: mated in", counts.Loss);
 }
 
+// Calls show for each class; false when one call says so or a class can't be read, which is told.
+template <typename Show>
+bool ForEachClass(const std::vector<int>& classNumbers, Show show) {
+    bool isGood = true;
+    for (const int number : classNumbers) {
+        try {
+            isGood = show(TableClasses[number]) && isGood;
+        } catch (const TableError& error) {
+            std::fprintf(stderr, "%s: %s\n", TableClasses[number].Name, error.what());
+            isGood = false;
+        }
+        std::fflush(stdout);
+    }
+    return isGood;
+}
+
+// The engine's path for a directory.
+void RegisterDirectory(const std::string& directory) {
+    if (SplitTablePath(directory) != std::vector<std::string>{directory}) {
+        throw TableError("in a path of the engine " + directory + " would not be one directory");
+    }
+    SetTablebasePath(directory.c_str());
+    RegisterTablebases();
+}
+
 }  // namespace
 
 bool VerifyTables(const std::vector<int>& classNumbers, const std::string& directory, int threads) {
     TableStore store(directory);
-    bool isGood = true;
-    for (const int number : classNumbers) {
-        const TableClass& tableClass = TableClasses[number];
+    return ForEachClass(classNumbers, [&](const TableClass& tableClass) {
         const Progress clock;
         LoadWith(store, tableClass, true);
         TablePosition first;
@@ -73,17 +96,14 @@ bool VerifyTables(const std::vector<int>& classNumbers, const std::string& direc
         } else {
             std::printf("%-7s %" PRId64 " entries are wrong; the first one: %s\n", tableClass.Name, faults,
                         FenOf(first).c_str());
-            isGood = false;
         }
-        std::fflush(stdout);
-    }
-    return isGood;
+        return faults == 0;
+    });
 }
 
-void ShowStatistics(const std::vector<int>& classNumbers, const std::string& directory, int threads) {
+bool ShowStatistics(const std::vector<int>& classNumbers, const std::string& directory, int threads) {
     TableStore store(directory);
-    for (const int number : classNumbers) {
-        const TableClass& tableClass = TableClasses[number];
+    return ForEachClass(classNumbers, [&](const TableClass& tableClass) {
         LoadWith(store, tableClass, false);
         const TableStatistics statistics = CountTable(tableClass, store, threads);
         std::printf("%s\n", tableClass.Name);
@@ -91,15 +111,23 @@ void ShowStatistics(const std::vector<int>& classNumbers, const std::string& dir
         std::printf("  mutual zugzwangs: %" PRId64 " that White wins, %" PRId64 " that Black wins, %" PRId64
                     " that whoever is to move loses\n",
                     statistics.WhiteZugzwangs, statistics.BlackZugzwangs, statistics.FullZugzwangs);
-        std::fflush(stdout);
+        return true;
+    });
+}
+
+std::vector<int> FindClasses(const std::string& directory) {
+    const TableStore store(directory);
+    std::vector<int> found;
+    for (int number = 1; number <= LAST_CLASS_OF_5; ++number) {
+        if (store.HasFiles(TableClasses[number])) found.push_back(number);
     }
+    return found;
 }
 
 bool ShowPosition(const std::string& fen, const std::string& directory) {
     LoadCommonFEN(fen.c_str());
     if (const char* fault = FindPositionFault()) throw TableError(std::string("illegal position: ") + fault);
-    SetTablebasePath(directory.c_str());
-    RegisterTablebases();
+    RegisterDirectory(directory);
     TableValue value = TABLE_DRAW;
     if (!ProbeTable(&value)) {
         std::printf("The tables in %s don't have this position.\n", directory.c_str());
@@ -135,13 +163,13 @@ bool ShowPosition(const std::string& fen, const std::string& directory) {
     return true;
 }
 
-void ListTables(const std::string& path) {
+bool ListTables(const std::string& directory) {
     VerboseRegistration = 1;
-    SetTablebasePath(path.c_str());
-    RegisterTablebases();
+    RegisterDirectory(directory);
     if (FoundPieces > 0) {
         std::printf("%d piece EGTB files found\n", FoundPieces);
     } else {
         std::printf("EGTB files not found\n");
     }
+    return FoundPieces > 0;
 }

@@ -147,6 +147,11 @@ TEST_F(TablebasesTest, LongTablesAreSplit) {
     uint8_t entry[2];
     EXPECT_TRUE(file.Read(bytes - 2, entry, 2));
     EXPECT_EQ(ValueOfCode(static_cast<int16_t>(entry[0] | entry[1] << 8), 2), MateIn(250));
+    // All bytes in one part, which is longer than a part can be.
+    fs::resize_file(part(0), static_cast<uintmax_t>(bytes));
+    for (int64_t i = 1; i <= last; ++i) fs::rename(part(i), part(i) + ".away");
+    EXPECT_NE(Register().find("kqrrkq.0.nbw corrupted "), std::string::npos);
+    for (int64_t i = 1; i <= last; ++i) fs::rename(part(i) + ".away", part(i));
     // The same bytes divided in another way.
     fs::resize_file(part(0), static_cast<uintmax_t>(TABLE_PART_BYTES - 2));
     fs::resize_file(part(last), static_cast<uintmax_t>(rest + 2));

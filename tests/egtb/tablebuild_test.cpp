@@ -36,7 +36,7 @@ void BuildAndLoad(TableStore& store, const std::vector<int>& numbers) {
     const std::vector<int> all = WithSuccessors(numbers);
     for (const int number : all) {
         store.Load(SuccessorClasses(TableClasses[number]));
-        Build(store, number, {THREADS, false, nullptr, {}});
+        Build(store, number, {THREADS, false, nullptr});
     }
     store.Load(all);
 }
@@ -161,7 +161,7 @@ TEST(TableBuildTest, SmallClassesAgreeWithMovesSearchAndPublishedCounts) {
 TEST(TableBuildTest, StoppedWorkGoesOn) {
     const TempDirectory directory;
     const TableStore store(directory.Path());
-    ASSERT_TRUE(Build(store, NumberOf("krk"), {1, false, nullptr, {}}));
+    ASSERT_TRUE(Build(store, NumberOf("krk"), {1, false, nullptr}));
     const std::string white = FileText(directory, "krk.nbw"), black = FileText(directory, "krk.nbb");
     for (const int threads : {1, 3}) {
         for (const int stopStep : {0, 1, 2, 9, 16}) {
@@ -183,11 +183,38 @@ TEST(TableBuildTest, StoppedWorkGoesOn) {
                 directory.WriteFile("krk.work", work);
             }
             if (stopStep == 16) directory.WriteFile("krk.work", work.substr(0, work.size() / 2));
-            EXPECT_TRUE(Build(store, NumberOf("krk"), {threads, true, nullptr, {}}));
+            // Whether it goes on shows where the next call begins.
+            int firstSeen = -1;
+            const auto watch = [&](const TableBuilder::Progress& progress) {
+                if (firstSeen < 0) firstSeen = progress.Step;
+            };
+            EXPECT_TRUE(Build(store, NumberOf("krk"), {threads, true, nullptr, watch}));
+            const bool isWhole = stopStep != 9 && stopStep != 16;
+            EXPECT_EQ(firstSeen, isWhole ? lastSeen : 0) << stopStep;
             EXPECT_EQ(FileText(directory, "krk.nbw"), white) << stopStep;
             EXPECT_EQ(FileText(directory, "krk.nbb"), black) << stopStep;
             EXPECT_EQ(FileText(directory, "krk.work"), "");
         }
+    }
+}
+
+// What lies where the work of a class would, and is something else.
+TEST(TableBuildTest, OtherWorkIsNotGoneOnWith) {
+    const TempDirectory directory;
+    const TableStore store(directory.Path());
+    std::atomic<bool> stop = false;
+    const auto stopLater = [&](const TableBuilder::Progress& progress) { stop = progress.Step >= 3; };
+    ASSERT_FALSE(Build(store, NumberOf("krk"), {1, true, &stop, stopLater}));
+    const std::string work = FileText(directory, "krk.work");
+    for (const std::string& text :
+         {work, work.substr(0, 64), work + work, std::string(100, 'K'), std::string()}) {
+        directory.WriteFile("kqk.work", text);
+        int firstSeen = -1;
+        const auto watch = [&](const TableBuilder::Progress& progress) {
+            if (firstSeen < 0) firstSeen = progress.Step;
+        };
+        EXPECT_TRUE(Build(store, NumberOf("kqk"), {1, true, nullptr, watch}));
+        EXPECT_EQ(firstSeen, 0);
     }
 }
 
@@ -202,6 +229,15 @@ TEST(TableBuildTest, DamagedTablesAreSeen) {
     store.Load({NumberOf("krk")});
     TablePosition first;
     EXPECT_GT(CountFaults(TableClasses[NumberOf("krk")], store, THREADS, &first), 0);
+    // Entries that no position has are neither counted nor built upon.
+    for (const char code : {char{127}, char{-128}}) {
+        directory.WriteFile("krk.nbb", file.substr(0, 2000) + std::string(300, code) + file.substr(2300));
+        store.Load({});
+        store.Load({NumberOf("krk")});
+        EXPECT_GE(CountFaults(TableClasses[NumberOf("krk")], store, THREADS, &first), 100);
+        EXPECT_THROW(CountTable(TableClasses[NumberOf("krk")], store, THREADS), TableError);
+        EXPECT_THROW(Build(store, NumberOf("krkn"), {THREADS, false, nullptr}), TableError);
+    }
     directory.WriteFile("krk.nbb", file.substr(1));
     EXPECT_FALSE(store.HasFiles(TableClasses[NumberOf("krk")]));
     store.Load({});

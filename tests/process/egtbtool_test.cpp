@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <regex>
 #include <string>
 
@@ -42,6 +43,12 @@ TEST_F(EgtbToolTest, BuildsChecksAndShowsTables) {
     EXPECT_EQ(Run("list"), 0);
     EXPECT_TRUE(Says("tablebases/kpk.nbb registered\n") && Says("\n3 piece EGTB files found\n")) << output_;
 
+    EXPECT_EQ(Run("verify"), 0);
+    EXPECT_EQ(std::count(output_.begin(), output_.end(), '\n'), 5) << output_;
+    // Whatever the case of their letters, they are there.
+    EXPECT_EQ(Run("build kqk", "output", "mv tablebases/kqk.nbw tablebases/KQK.NBW"), 0);
+    EXPECT_TRUE(Says("1 classes, 0 to be made\n")) << output_;
+
     // What is wrong in a file is found.
     std::string table = directory_.ReadFile("tablebases/krk.nbb");
     table[5000] = static_cast<char>(table[5000] + 1);
@@ -58,6 +65,10 @@ TEST_F(EgtbToolTest, BuildsChecksAndShowsTables) {
 TEST_F(EgtbToolTest, RefusesWhatItCannotDo) {
     ExpectRefusal("build kxk", "kxk is no class");
     ExpectRefusal("build kqqqqk", "kqqqqk is no class");
+    ExpectRefusal("build krkkn", "krkkn is no class");
+    ExpectRefusal("build vkrkn", "vkrkn is no class");
+    ExpectRefusal("build krrbkq", "too large to be made");
+    ExpectRefusal("stats", "there are no tables");
     ExpectRefusal("stats kqk", "can't be opened");
     ExpectRefusal("probe 'nonsense'", "illegal position");
     ExpectRefusal("", "subcommand");
@@ -67,19 +78,25 @@ TEST_F(EgtbToolTest, RefusesWhatItCannotDo) {
     EXPECT_NE(errors_.find("MB of memory"), std::string::npos) << errors_;
     directory_.WriteFile("file", "");
     ExpectRefusal("build 3 -d file", "not a directory");
+    ExpectRefusal("list -d 'one, two'", "would not be one directory");
+    EXPECT_EQ(Run("list"), 1);
+    EXPECT_TRUE(Says("EGTB files not found")) << output_;
 }
 
 TEST_F(EgtbToolTest, AnInterruptedBuildGoesOn) {
-    // Long enough to be met at work: the small classes are there already.
     ASSERT_EQ(Run("build 3"), 0) << errors_;
-    const std::string interrupted =
-        "{ '" KESTROVAN_EGTB "' build krkn >first & sleep 0.3; kill -INT $!; wait $!; } 2>/dev/null";
-    ASSERT_EQ(Run("build krkn", "output", interrupted), 0) << errors_;
-    EXPECT_NE(directory_.ReadFile("first").find("Stopped in krkn, 1 classes left"), std::string::npos)
+    // What it says first comes before seconds of work, and after it listens to interruptions.
+    const std::string interrupted = "{ '" KESTROVAN_EGTB
+                                    "' build kqkr --threads 1 >first & "
+                                    "while [ ! -s first ]; do sleep 0.05; done; sleep 0.2; kill -INT $!; "
+                                    "wait $!; echo $? >status; } 2>/dev/null";
+    ASSERT_EQ(Run("build kqkr", "output", interrupted), 0) << errors_;
+    EXPECT_NE(directory_.ReadFile("first").find("Stopped in kqkr, 1 classes left"), std::string::npos)
         << directory_.ReadFile("first");
-    EXPECT_TRUE(Says("krkn ")) << output_;
-    EXPECT_EQ(directory_.ReadFile("tablebases/krkn.work"), "");
-    EXPECT_EQ(Run("verify krkn"), 0) << output_;
+    EXPECT_EQ(directory_.ReadFile("status"), "1\n");
+    EXPECT_TRUE(Says("kqkr ")) << output_;
+    EXPECT_EQ(directory_.ReadFile("tablebases/kqkr.work"), "");
+    EXPECT_EQ(Run("verify kqkr"), 0) << output_;
 }
 
 // With the tables the stronger side mates in exactly the number of moves against the best defence, and never

@@ -379,4 +379,31 @@ TEST_F(TableAnswerTest, WaitsWhereTheSearchWould) {
     EXPECT_LT(text.find(" score mate "), text.find("readyok")) << text;
 }
 
+// A draw that somebody has to claim is not thrown away: the move before it is played as if nobody did.
+TEST_F(TableAnswerTest, UnclaimedDrawsAreStillWonOrHeld) {
+    Visit(40, "QR", 1, [] {
+        board.Fifty = 99;
+        const TableValue value = SmallTableValue();
+        if (value == MateIn(1)) return;
+        const Move move = Choose(4);
+        EXPECT_EQ(RootScore, 0);
+        EXPECT_EQ(ValueOf(move), value) << GetFEN();
+    });
+}
+
+// Of two ways to lose the longer one, but rather one that the fifty-move rule may put an end to.
+TEST_F(TableAnswerTest, LosersHopeForTheFiftyMoveRule) {
+    TablebaseProber = [](int* score) {
+        const int moves = MovePiece(LastMove()) == PAWN ? 30 : 20;
+        *score = LastMove() == NO_MOVE ? 0 : MATE - 2 * moves;
+        return true;
+    };
+    FoundPieces = 4;
+    for (const uint32_t fifty : {0u, 70u}) {
+        LoadFEN("8/8/8/3k4/8/1q6/5P2/7K w - -");
+        board.Fifty = fifty;
+        EXPECT_EQ(MovePiece(Choose(1)), fifty == 0 ? PAWN : KING);
+    }
+}
+
 }  // namespace
