@@ -234,7 +234,9 @@ bool TableBuilder::Build() {
         }
         next_.IsLosses = !next_.IsLosses;
     }
+    BeginPass();
     SettleDraws();
+    BeginPass();
     FillSecondNumbers();
     return true;
 }

@@ -35,8 +35,8 @@ int64_t NeededMemory(const TableClass& tableClass) {
     return bytes;
 }
 
-// Whatever would stop the work only after hours.
-void CheckMemory(const std::vector<int>& missing, int64_t memoryBytes) {
+// What can't be made is refused at the beginning, not after hours of work for smaller classes.
+void RefuseTooLarge(const std::vector<int>& missing, int64_t memoryBytes) {
     for (const int number : missing) {
         const TableClass& tableClass = TableClasses[number];
         if (IsSplit(tableClass)) throw TableError(std::string(tableClass.Name) + " is too large to be made");
@@ -116,7 +116,7 @@ bool BuildTables(const std::vector<int>& classNumbers, const TableBuildOptions& 
     std::vector<int> missing = WithSuccessors(classNumbers);
     const size_t all = missing.size();
     std::erase_if(missing, [&](int number) { return store.HasFiles(TableClasses[number]); });
-    CheckMemory(missing, options.MemoryBytes);
+    RefuseTooLarge(missing, options.MemoryBytes);
     if (!missing.empty()) CheckDirectory(options.Directory);
     for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, NoteInterruption);
     std::printf("%zu classes, %zu to be made\n", all, missing.size());
