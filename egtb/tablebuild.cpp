@@ -67,7 +67,7 @@ void TableBuilder::LookAt(Half& half, int64_t number) {
     code = Encode(TABLE_BROKEN);
     if (!half.Index.PositionAt(number, &position)) return;
     code = SECOND_NUMBER;
-    if (half.Index.IndexOf(position) != number) return;
+    if (half.Index.IsSecondNumber(number, position)) return;
     const bool isSymmetric = IsSymmetric(position);
     constexpr TableValue NOTHING = TABLE_BROKEN;
     TableValue best = NOTHING;

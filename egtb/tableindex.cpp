@@ -239,6 +239,17 @@ int64_t TableIndex::IndexIn(const TablePosition& position, Symmetry symmetry, in
     return rest + (capturer >= 0 ? enPassant_ : ordinary_)[kingPair];
 }
 
+// Without pawns such a position and its mirror image have numbers of their own.
+bool TableIndex::AreKingsOnDiagonal(const TablePosition& position, const Symmetry& symmetry) const {
+    return (symmetry(position.Men[WHITE][KING] | position.Men[BLACK][KING]) & ~DIAGONAL) == 0;
+}
+
+bool TableIndex::IsSecondNumber(int64_t index, const TablePosition& position) const {
+    const bool mayBe =
+        class_.HasPawns() ? index >= OrdinarySize() : AreKingsOnDiagonal(position, {false, false, false});
+    return mayBe && IndexOf(position) != index;
+}
+
 int64_t TableIndex::IndexOf(const TablePosition& position) const {
     const Symmetry symmetry = FindSymmetry(position);
     Bitboard capturers = EnPassantCapturers(position);
@@ -249,8 +260,7 @@ int64_t TableIndex::IndexOf(const TablePosition& position) const {
         return index;
     }
     const int64_t index = IndexIn(position, symmetry, -1);
-    const Bitboard kings = symmetry(position.Men[WHITE][KING] | position.Men[BLACK][KING]);
-    if (class_.HasPawns() || (kings & ~DIAGONAL) != 0) return index;
+    if (class_.HasPawns() || !AreKingsOnDiagonal(position, symmetry)) return index;
     return std::min(index, IndexIn(position, {symmetry.Files, symmetry.Ranks, !symmetry.Diagonal}, -1));
 }
 

@@ -34,6 +34,9 @@ class TableIndex {
     // The position of a number; false when the entry is broken.
     bool PositionAt(int64_t index, TablePosition* position) const;
 
+    // Whether a position that PositionAt has given for the number has a lower one, too.
+    bool IsSecondNumber(int64_t index, const TablePosition& position) const;
+
     // Bytes that the numbering needs.
     size_t Memory() const { return (ordinary_.capacity() + enPassant_.capacity()) * sizeof(int64_t); }
 
@@ -65,6 +68,7 @@ class TableIndex {
     Bitboard SquaresFor(const Group& group, const Placing& placing) const;
     int64_t CountPlacings(const Group& group, const Placing& placing) const;
     void CountOffsets(bool hasPair, std::vector<int64_t>* offsets);
+    bool AreKingsOnDiagonal(const TablePosition& position, const Symmetry& symmetry) const;
     Symmetry FindSymmetry(const TablePosition& position) const;
     int64_t IndexIn(const TablePosition& position, Symmetry symmetry, int capturer) const;
     bool PlaceAll(int64_t rest, int kingPair, int pawnPair, TablePosition* position) const;

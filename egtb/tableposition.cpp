@@ -25,11 +25,6 @@ Bitboard DiagonalReach(int square, Bitboard occupied) {
 
 }  // namespace
 
-Bitboard OccupiedBy(const TablePosition& position, int side) {
-    const Bitboard* men = position.Men[side];
-    return men[KING] | men[QUEEN] | men[ROOK] | men[BISHOP] | men[KNIGHT] | men[PAWN];
-}
-
 MenCode MenOf(const TablePosition& position, int side) {
     constexpr MenCode NO_SET = ~0u;
     MenCode code = 0;

@@ -18,7 +18,10 @@ struct TablePosition {
     int King(int side) const { return LowestSquare(Men[side][KING]); }
 };
 
-Bitboard OccupiedBy(const TablePosition& position, int side);
+inline Bitboard OccupiedBy(const TablePosition& position, int side) {
+    const Bitboard* men = position.Men[side];
+    return men[KING] | men[QUEEN] | men[ROOK] | men[BISHOP] | men[KNIGHT] | men[PAWN];
+}
 
 inline Bitboard AllOccupied(const TablePosition& position) {
     return OccupiedBy(position, WHITE) | OccupiedBy(position, BLACK);

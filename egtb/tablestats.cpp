@@ -62,7 +62,7 @@ Tally CountSide(const TableClass& tableClass, const TableStore& store, int side,
         for (int64_t number = begin; number < end; ++number) {
             TablePosition position;
             if (!table.Index().PositionAt(number, &position)) continue;
-            if (table.Index().IndexOf(position) != number) continue;
+            if (table.Index().IsSecondNumber(number, position)) continue;
             const int64_t images = tableClass.HasPawns() ? 2 : IsSymmetric(position) ? 4 : 8;
             const TableValue value = store.ValueOf(position);
             tally.Add(value, images, number);
