@@ -80,11 +80,7 @@ void TableBuilder::LookAt(Half& half, int64_t number) {
             ++movesLeft;
         }
     });
-    if (best == NOTHING && movesLeft == 0) {
-        const int us = position.SideToMove, them = ChangeSide(us);
-        const bool isMate = IsAttacked(position, position.King(us), them, AllOccupied(position));
-        best = isMate ? MatedIn(0) : TABLE_DRAW;
-    }
+    if (best == NOTHING && movesLeft == 0) best = ValueWithoutMoves(position);
     // A move that draws saves the position for good.
     if (best == TABLE_DRAW) ++movesLeft;
     if (best == NOTHING) best = TABLE_DRAW;

@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr Bitboard PAWN_RANKS = ~(RANK_1 | RANK_8);
 constexpr Bitboard DIAGONAL = 0x8040201008040201u;  // a1-h8
 constexpr int PAWN_PAIRS = 14;                      // two pawns side by side, one of them to be taken
 

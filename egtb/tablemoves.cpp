@@ -2,14 +2,8 @@
 
 namespace {
 
-constexpr Bitboard PAWN_RANKS = ~(RANK_1 | RANK_8);
-
 constexpr int Ahead(int side) {
     return side == WHITE ? 8 : -8;
-}
-
-Bitboard Beside(Bitboard set) {
-    return (set & ~FILE_A) >> 1 | (set & ~FILE_H) << 1;
 }
 
 }  // namespace
@@ -67,6 +61,11 @@ Bitboard DoubleStepCandidates(const TablePosition& position) {
         if (occupied & passed) candidates ^= SquareBit(square);
     }
     return candidates;
+}
+
+TableValue ValueWithoutMoves(const TablePosition& position) {
+    const int us = position.SideToMove, them = ChangeSide(us);
+    return IsAttacked(position, position.King(us), them, AllOccupied(position)) ? MatedIn(0) : TABLE_DRAW;
 }
 
 bool IsSymmetric(const TablePosition& position) {

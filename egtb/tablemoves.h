@@ -1,6 +1,7 @@
 #pragma once
 
 #include "egtb/tableposition.h"
+#include "egtb/tablevalue.h"
 
 // Moves and moves taken back, for whoever makes or checks tables.
 
@@ -21,6 +22,9 @@ Bitboard PawnOrigins(const TablePosition& position, int square);
 
 // The squares of the opponent's pawns whose last move may have been a double step that can be captured.
 Bitboard DoubleStepCandidates(const TablePosition& position);
+
+// The value of a position whose side to move has no move: mate or stalemate.
+TableValue ValueWithoutMoves(const TablePosition& position);
 
 // Whether the diagonal from a1 to h8 mirrors the position to itself.
 bool IsSymmetric(const TablePosition& position);

@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr Bitboard OUTER_RANKS = RANK_1 | RANK_8;
-
 // What a slider reaches in one direction, with the square that stops it.
 template <int direction>
 Bitboard RayAttacks(int square, Bitboard occupied) {
@@ -48,6 +46,13 @@ TablePosition ChangeSides(const TablePosition& position) {
     return changed;
 }
 
+int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position) {
+    if (isReversed || (!tableClass.HasBlackFile() && position->SideToMove == BLACK)) {
+        *position = ChangeSides(*position);
+    }
+    return position->SideToMove;
+}
+
 Bitboard TableAttacks(unsigned piece, int square, Bitboard occupied) {
     switch (piece) {
         case KING:
@@ -78,9 +83,7 @@ bool IsAttacked(const TablePosition& position, int square, int bySide, Bitboard 
 
 Bitboard EnPassantCapturers(const TablePosition& position) {
     if (position.DoubleStep < 0) return 0;
-    const Bitboard victim = SquareBit(position.DoubleStep);
-    const Bitboard beside = (victim & ~FILE_A) >> 1 | (victim & ~FILE_H) << 1;
-    return beside & position.Men[position.SideToMove][PAWN];
+    return Beside(SquareBit(position.DoubleStep)) & position.Men[position.SideToMove][PAWN];
 }
 
 bool IsPlayable(const TablePosition& position) {
@@ -92,7 +95,7 @@ bool IsPlayable(const TablePosition& position) {
             occupied |= position.Men[side][piece];
         }
     }
-    if ((position.Men[WHITE][PAWN] | position.Men[BLACK][PAWN]) & OUTER_RANKS) return false;
+    if ((position.Men[WHITE][PAWN] | position.Men[BLACK][PAWN]) & ~PAWN_RANKS) return false;
     if (IsAttacked(position, position.King(them), us, occupied)) return false;
     if (position.DoubleStep < 0) return true;
     const int back = us == WHITE ? 8 : -8;

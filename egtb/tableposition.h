@@ -10,6 +10,13 @@
 // A position of few men as tables see it, apart from the board of the game: whoever makes tables looks at
 // millions of them, in several threads.
 
+constexpr Bitboard PAWN_RANKS = ~(RANK_1 | RANK_8);
+
+// The squares to the left and to the right of those of a set.
+constexpr Bitboard Beside(Bitboard set) {
+    return (set & ~FILE_A) >> 1 | (set & ~FILE_H) << 1;
+}
+
 struct TablePosition {
     Bitboard Men[2][PIECE_CODES] = {};  // kings included; one king for each side
     int SideToMove = WHITE;
@@ -33,6 +40,10 @@ MenCode MenOf(const TablePosition& position, int side);
 
 // The same position with the sides changed and the board turned round rank by rank.
 TablePosition ChangeSides(const TablePosition& position);
+
+// The side to move whose table has the position of a class, after changing the sides of a position that the
+// class doesn't tell apart, or that has the men of the class the other way round.
+int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position);
 
 // What a man other than a pawn attacks on a board occupied in this way, occupied squares included.
 Bitboard TableAttacks(unsigned piece, int square, Bitboard occupied);

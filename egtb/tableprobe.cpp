@@ -53,11 +53,10 @@ bool ProbeTable(TableValue* value) {
     const int found = FindTableClass(MenOf(position, WHITE), MenOf(position, BLACK));
     const int number = std::abs(found);
     if (number == 0) return false;
-    const bool isReversed = found < 0 || (board.SideToMove == BLACK && !TableClasses[number].HasBlackFile());
-    const int side = isReversed ? ChangeSide(board.SideToMove) : board.SideToMove;
+    const int side = TableSide(TableClasses[number], found < 0, &position);
     const TableFile* file = RegisteredTables[number][side].get();
     if (file == nullptr || !IsPlayable(position)) return false;
-    const int64_t index = file->Index().IndexOf(isReversed ? ChangeSides(position) : position);
+    const int64_t index = file->Index().IndexOf(position);
     return index >= 0 && index < file->Index().FileEntries() && ReadValue(number, side, index, value);
 }
 

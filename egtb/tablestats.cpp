@@ -86,9 +86,8 @@ TableValue ValueByMoves(const TablePosition& position, const TableStore& store) 
         if (value == TABLE_BROKEN) isDamaged = true;
         if (best == TABLE_BROKEN || IsBetter(value, best)) best = value;
     });
-    if (isDamaged || best != TABLE_BROKEN) return isDamaged ? TABLE_BROKEN : best;
-    const int us = position.SideToMove, them = ChangeSide(us);
-    return IsAttacked(position, position.King(us), them, AllOccupied(position)) ? MatedIn(0) : TABLE_DRAW;
+    if (isDamaged) return TABLE_BROKEN;
+    return best == TABLE_BROKEN ? ValueWithoutMoves(position) : best;
 }
 
 }  // namespace

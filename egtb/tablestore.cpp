@@ -88,13 +88,6 @@ TableValue TableStore::ValueOf(const TablePosition& position) const {
     return value;
 }
 
-int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position) {
-    if (isReversed || (!tableClass.HasBlackFile() && position->SideToMove == BLACK)) {
-        *position = ChangeSides(*position);
-    }
-    return position->SideToMove;
-}
-
 std::vector<int> SuccessorClasses(const TableClass& tableClass) {
     std::set<int> successors;
     const auto add = [&](int side, MenCode own, MenCode others) {

@@ -59,10 +59,6 @@ class TableStore {
     std::unique_ptr<LoadedTable> tables_[TABLE_CLASSES + 1][2];
 };
 
-// The side to move whose table has the position of a class, after changing the sides of a position that the
-// class doesn't tell apart, or that has the men of the class the other way round.
-int TableSide(const TableClass& tableClass, bool isReversed, TablePosition* position);
-
 // The classes to which a capture or a promotion can lead, without kings only; in ascending order.
 std::vector<int> SuccessorClasses(const TableClass& tableClass);
 

@@ -1,19 +1,14 @@
 // kestrovan-book: makes opening books out of games, and shows what they hold.
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <exception>
-#include <new>
 #include <string>
 #include <vector>
 
 #include "book/bookerror.h"
 #include "book/booktree.h"
-#include "core/attacks.h"
-#include "core/board.h"
-#include "core/keys.h"
 #include "tools/bookbuild.h"
 #include "tools/bookshow.h"
+#include "tools/toolmain.h"
 
 namespace {
 
@@ -105,21 +100,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    InitHashKeys();
-    InitAttackTables();
-    int status = 1;
-    try {
-        status = Run(argc, argv);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-            throw BookError("can't write to standard output");
-        }
-    } catch (const std::bad_alloc&) {
-        std::fprintf(stderr, "kestrovan-book: not enough memory (build has the option --memory)\n");
-        return 1;
-    } catch (const std::exception& error) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "kestrovan-book: %s\n", error.what());
-        return 1;
-    }
-    return status;
+    return RunTool("kestrovan-book", Run, argc, argv);
 }

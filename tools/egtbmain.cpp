@@ -3,20 +3,15 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
-#include <exception>
-#include <new>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "core/attacks.h"
-#include "core/board.h"
-#include "core/keys.h"
 #include "egtb/tableclass.h"
 #include "egtb/tablestore.h"
 #include "tools/egtbbuild.h"
 #include "tools/egtbshow.h"
+#include "tools/toolmain.h"
 
 namespace {
 
@@ -126,22 +121,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    InitHashKeys();
-    InitAttackTables();
-    ResetBoard();
-    int status = 1;
-    try {
-        status = Run(argc, argv);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-            throw TableError("can't write to standard output");
-        }
-    } catch (const std::bad_alloc&) {
-        std::fprintf(stderr, "kestrovan-egtb: not enough memory\n");
-        return 1;
-    } catch (const std::exception& error) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "kestrovan-egtb: %s\n", error.what());
-        return 1;
-    }
-    return status;
+    return RunTool("kestrovan-egtb", Run, argc, argv);
 }
