@@ -80,12 +80,14 @@ void CutMoveNumber(std::string& word) {
 }  // namespace
 
 PgnToken PgnLexer::Take() {
+    followsComment_ = false;
     while (true) {
         line_ = source_.Line();
         switch (source_.Peek()) {
             case END:
                 return PgnToken::END;
             case '{':
+                followsComment_ = true;
                 if (!SkipComment()) return Unclosed("comment");
                 continue;
             case '(':

@@ -21,7 +21,8 @@ class PgnLexer {
     const std::string& Word() const { return word_; }  // of WORD and RESULT; of UNCLOSED what it was
     const std::string& TagName() const { return tagName_; }
     const std::string& TagValue() const { return tagValue_; }
-    int64_t Line() const { return line_; }  // where it began, from 1
+    int64_t Line() const { return line_; }                   // where it began, from 1
+    bool FollowsComment() const { return followsComment_; }  // one in braces, behind the token before
 
     bool HasReadError() const { return source_.HasFailed(); }
 
@@ -47,5 +48,6 @@ class PgnLexer {
     PgnSource source_;
     std::string word_, tagName_, tagValue_;
     int64_t line_ = 1;
+    bool followsComment_ = false;
     bool isTagPlace_ = true;  // only blanks, comments or tags since the line or the game began
 };

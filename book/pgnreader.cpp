@@ -45,6 +45,14 @@ bool IsMarkedAsMistake(const std::string& word) {
 
 }  // namespace
 
+void SetUpStart(const PgnGame& game) {
+    if (game.HasSetUp) {
+        LoadCommonFEN(game.Fen.c_str());
+    } else {
+        ResetBoard();
+    }
+}
+
 PgnStatus PgnReader::Next(PgnGame& game) {
     if (!isTokenRead_) Advance();
     isTokenRead_ = false;
@@ -54,6 +62,8 @@ PgnStatus PgnReader::Next(PgnGame& game) {
     for (const auto& tag : TAGS) (game.*tag.Value).clear();
     game.Fault.clear();
     game.FaultLine = 0;
+    game.MoveFault = SAN_FOUND;
+    game.FaultMove.clear();
     game.Number = ++number_;
     game.Line = lexer_.Line();
     game.Result = GameResult::UNKNOWN;
@@ -65,11 +75,15 @@ PgnStatus PgnReader::Next(PgnGame& game) {
 
 // Reads the tags and sets up the position that they name. A second event is the next game's.
 void PgnReader::ReadTags(PgnGame& game) {
-    bool hasEvent = false;
+    bool hasEvent = false, isFirst = true;
     int64_t fenLine = 0;
+    game.HasTagComment = false;
     for (; token_ == PgnToken::TAG; Advance()) {
         const bool isEvent = IsSameName(lexer_.TagName(), "Event");
         if (isEvent && std::exchange(hasEvent, true)) break;
+        // A comment before the first tag of a later game belongs to the game before it.
+        const bool isOwn = !std::exchange(isFirst, false) || number_ == 1;
+        game.HasTagComment |= isOwn && lexer_.FollowsComment();
         for (const auto& tag : TAGS) {
             if (IsSameName(lexer_.TagName(), tag.Name)) game.*tag.Value = lexer_.TagValue();
         }
@@ -117,18 +131,18 @@ void PgnReader::ReadMoves(PgnGame& game) {
 void PgnReader::ReadMove(PgnGame& game) {
     if (!game.Fault.empty() || game.Moves.size() >= static_cast<size_t>(maxPlies_)) return;
     Move move = NO_MOVE;
-    switch (ResolveSan(lexer_.Word().c_str(), &move)) {
-        case SAN_FOUND:
-            game.Moves.push_back(move);
-            game.IsMistake.push_back(IsMarkedAsMistake(lexer_.Word()));
-            MakeMove(move, 1);
-            ReserveHistory(HISTORY_RESERVE);
-            return;
-        case SAN_AMBIGUOUS:
-            return Break(game, "ambiguous move " + lexer_.Word());
-        case SAN_UNKNOWN:
-            return Break(game, "can't recognize " + lexer_.Word());
-    }
+    const SanResult result = ResolveSan(lexer_.Word().c_str(), &move);
+    if (result != SAN_FOUND) return BreakAtMove(game, result);
+    game.Moves.push_back(move);
+    game.IsMistake.push_back(IsMarkedAsMistake(lexer_.Word()));
+    MakeMove(move, 1);
+    ReserveHistory(HISTORY_RESERVE);
+}
+
+void PgnReader::BreakAtMove(PgnGame& game, SanResult fault) {
+    game.MoveFault = fault;
+    game.FaultMove = lexer_.Word();
+    Break(game, (fault == SAN_AMBIGUOUS ? "ambiguous move " : "can't recognize ") + game.FaultMove);
 }
 
 // Only the first fault of a game is told.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "book/pgnlexer.h"
+#include "core/san.h"
 #include "core/types.h"
 
 // Games out of files in portable game notation, as strict or as careless as people write them.
@@ -17,6 +18,7 @@ struct PgnGame {
     int64_t Line = 0;    // where it begins, from 1
     GameResult Result = GameResult::UNKNOWN;
     bool HasSetUp = false;        // begins from another position than the initial one
+    bool HasTagComment = false;   // in braces, between its tags or before the first tag of the file
     std::vector<Move> Moves;      // the first of the game
     std::vector<bool> IsMistake;  // by place in Moves: written with ? or ??
     std::string Event, White, Black, ResultTag, Fen, Variant;  // tags, empty without them
@@ -24,9 +26,14 @@ struct PgnGame {
     // Of a broken game; Moves holds those before the fault.
     int64_t FaultLine = 0;
     std::string Fault;
+    SanResult MoveFault = SAN_FOUND;  // what is wrong with FaultMove
+    std::string FaultMove;            // its text, where a move is at fault
 };
 
 enum class PgnStatus { GAME, BROKEN, END };
+
+// Sets up the position that a game begins from; of a broken game only when it has moves.
+void SetUpStart(const PgnGame& game);
 
 class PgnReader {
   public:
@@ -47,6 +54,7 @@ class PgnReader {
     void ReadMoves(PgnGame& game);
     void ReadMove(PgnGame& game);
     void Break(PgnGame& game, std::string fault);
+    void BreakAtMove(PgnGame& game, SanResult fault);
 
     PgnLexer lexer_;
     PgnToken token_ = PgnToken::END;  // the next one, if it has been read

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "core/board.h"
+#include "core/fen.h"
+#include "core/makemove.h"
 #include "core/movetext.h"
 #include "tests/support/walker.h"
 
@@ -44,7 +46,15 @@ std::string Games(const std::string& text, int maxPlies = INT_MAX) {
         if (status == PgnStatus::END) break;
         EXPECT_EQ(game.Number, number);
         EXPECT_EQ(status == PgnStatus::BROKEN, !game.Fault.empty());
+        EXPECT_EQ(game.MoveFault == SAN_AMBIGUOUS, game.Fault == "ambiguous move " + game.FaultMove);
+        EXPECT_EQ(game.MoveFault == SAN_UNKNOWN, game.Fault == "can't recognize " + game.FaultMove);
         if (!games.empty()) games += '\n';
+        if (status != PgnStatus::BROKEN || !game.Moves.empty()) {
+            const std::string end = GetFEN();
+            SetUpStart(game);
+            for (const Move move : game.Moves) MakeMove(move, 1);
+            EXPECT_EQ(GetFEN(), end) << "played over again";
+        }
         if (status == PgnStatus::BROKEN) {
             games += std::to_string(game.FaultLine) + ": " + game.Fault;
         } else {
@@ -217,6 +227,28 @@ TEST_F(PgnReaderTest, KeepsTags) {
     EXPECT_EQ(reader.Next(game), PgnStatus::GAME);
     EXPECT_EQ(game.Event + game.White + game.Black + game.Variant + game.ResultTag + game.Fen, "");
     EXPECT_EQ(game.Line, 10);
+}
+
+TEST_F(PgnReaderTest, NoticesCommentsAmongTags) {
+    const struct {
+        const char* Text;
+        bool First, Second;
+    } rows[] = {
+        {"{a}\n[Event \"a\"]\n\n1. e4 * 1. d4", true, false},
+        {"[Event \"a\"] {a}\n[White \"b\"]\n\n1. e4 *\n[Event \"c\"]", true, false},
+        {"[Event \"a\"]\n\n{a} 1. e4 {b} * {c}\n\n[Event \"b\"]\n; {\n[White \"b\"]\n{d} 1. d4", false,
+         false},
+        {"{a} 1. e4 {b}\n[Event \"b\"]\n{c}\n[White \"c\"]", false, true},
+    };
+    for (const auto& row : rows) {
+        const FilePointer file = OpenText(row.Text);
+        PgnReader reader(file.get());
+        PgnGame game;
+        EXPECT_EQ(reader.Next(game), PgnStatus::GAME);
+        EXPECT_EQ(game.HasTagComment, row.First) << row.Text;
+        reader.Next(game);
+        EXPECT_EQ(game.HasTagComment, row.Second) << row.Text;
+    }
 }
 
 TEST_F(PgnReaderTest, ReadsNoMoreMovesThanWanted) {
