@@ -5,6 +5,7 @@
 #include "core/bitboard.h"
 #include "core/board.h"
 #include "core/keys.h"
+#include "core/moverules.h"
 #include "core/psqt.h"
 #include "core/textfold.h"
 
@@ -108,7 +109,7 @@ std::string WithOwnEnPassant(std::string text) {
     return text;
 }
 
-void WritePlacement(std::string& text) {
+void WritePlacement(std::string& text, bool hasBlackKing) {
     for (int rank = 7; rank >= 0; --rank) {
         int empty = 0;
         for (int file = 0; file < 8; ++file) {
@@ -120,7 +121,8 @@ void WritePlacement(std::string& text) {
             } else {
                 if (empty > 0) text += static_cast<char>('0' + empty);
                 empty = 0;
-                if (piece != KING || !isBlack) text += (isBlack ? BLACK_LETTERS : PIECE_LETTERS)[piece];
+                if (hasBlackKing || piece != KING || !isBlack)
+                    text += (isBlack ? BLACK_LETTERS : PIECE_LETTERS)[piece];
             }
         }
         if (empty > 0) text += static_cast<char>('0' + empty);
@@ -128,17 +130,31 @@ void WritePlacement(std::string& text) {
     }
 }
 
+void WriteSideAndRights(std::string& text) {
+    text += board.SideToMove == WHITE ? " w " : " b ";
+    for (int right = 0; right < 4; ++right) {
+        if (board.CastlingFlags >> right & 1) text += CASTLING_LETTERS[right];
+    }
+    text += board.CastlingFlags != 0 ? " " : "- ";
+}
+
+void WriteSquare(std::string& text, int square) {
+    text += static_cast<char>('a' + FileOf(square));
+    text += static_cast<char>('1' + RankOf(square));
+}
+
+// Whether a pawn of the side to move stands beside the square.
+bool IsBesidePawn(int square) {
+    const int file = FileOf(square), us = board.SideToMove;
+    return (file > 0 && HasMan(square - 1, us, PAWN)) || (file < 7 && HasMan(square + 1, us, PAWN));
+}
+
 void WriteEnPassant(std::string& text) {
     const Move last = LastMove();
     if (!IsDoubleStep(last)) {
         text += "- ";
-        return;
-    }
-    const int to = MoveTo(last), file = FileOf(to);
-    const int us = board.SideToMove;
-    if ((file > 0 && HasMan(to - 1, us, PAWN)) || (file < 7 && HasMan(to + 1, us, PAWN))) {
-        text += static_cast<char>('a' + file);
-        text += static_cast<char>('1' + RankOf(to));
+    } else if (IsBesidePawn(MoveTo(last))) {
+        WriteSquare(text, MoveTo(last));
         text += ' ';
     }
 }
@@ -163,13 +179,22 @@ void LoadCommonFEN(const char* text) {
 
 std::string GetFEN(const char* extra) {
     std::string text;
-    WritePlacement(text);
-    text += board.SideToMove == WHITE ? " w " : " b ";
-    for (int right = 0; right < 4; ++right) {
-        if (board.CastlingFlags >> right & 1) text += CASTLING_LETTERS[right];
-    }
-    text += board.CastlingFlags != 0 ? " " : "- ";
+    WritePlacement(text, false);
+    WriteSideAndRights(text);
     WriteEnPassant(text);
     if (extra != nullptr) text += extra;
+    return text;
+}
+
+std::string GetEPD() {
+    std::string text;
+    WritePlacement(text, true);
+    WriteSideAndRights(text);
+    const int pawn = DoubleStepSquare();
+    if (pawn >= 0 && IsBesidePawn(pawn)) {
+        WriteSquare(text, pawn + PawnStep(board.SideToMove));
+    } else {
+        text += '-';
+    }
     return text;
 }

@@ -17,3 +17,7 @@ void LoadCommonFEN(const char* text);
 // written nor counted as an empty square: the text is a label for logs and look-ups, never input for LoadFEN.
 // `extra` is a further field, set off by nothing; null for none.
 std::string GetFEN(const char* extra = nullptr);
+
+// The position in the four fields that every program reads, LoadCommonFEN among them: with both kings, and
+// with the square behind the pawn where a pawn stands beside one that has just made a double step.
+std::string GetEPD();

@@ -7,6 +7,7 @@
 
 #include "core/board.h"
 #include "core/boardtext.h"
+#include "core/keys.h"
 #include "core/movetext.h"
 #include "core/perft.h"
 #include "core/positionfault.h"
@@ -74,6 +75,27 @@ TEST_F(FenTest, ReadsEnPassantByThePawnsOwnSquare) {
         EXPECT_EQ(HistoryLength, LastMove() == NO_MOVE ? 0 : 1) << text << row.Field;
         EXPECT_EQ(GetFEN("tail"), text + row.Written + "tail") << text << row.Field;
     }
+}
+
+TEST_F(FenTest, WritesPositionsForOtherPrograms) {
+    int captures = 0;
+    VisitPositions(20000, 43, [&] {
+        const Board before = board;
+        const HistoryRecord first = History[0];
+        const int length = HistoryLength;
+        const uint64_t key = PositionKey();
+        const std::string text = GetEPD();
+        LoadCommonFEN(text.c_str());
+        EXPECT_TRUE(PositionKey() == key && board.SideToMove == before.SideToMove) << text;
+        EXPECT_TRUE(std::equal(before.KingSquare, before.KingSquare + 2, board.KingSquare)) << text;
+        captures += text.back() != '-';
+        board = before;
+        History[0] = first;
+        HistoryLength = length;
+    });
+    EXPECT_GT(captures, 20) << "en passant";
+    LoadFEN("8/8/7k/2PpP3/8/8/8/4K3 w - d5");
+    EXPECT_EQ(GetEPD(), "8/8/7k/2PpP3/8/8/8/4K3 w - d6");
 }
 
 // Text that looks like positions, with bytes changed, dropped and doubled.
