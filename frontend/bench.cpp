@@ -12,6 +12,7 @@
 #include "eval/pawnhash.h"
 #include "eval/weights.h"
 #include "frontend/benchpositions.h"
+#include "frontend/gamekeeper.h"
 #include "frontend/hashtables.h"
 #include "platform/output.h"
 #include "platform/platform.h"
@@ -75,27 +76,6 @@ class SettingsKeeper {
   private:
     std::vector<int> values_;
     const int aggressivity_ = Aggressivity.Raw, cowardice_ = Cowardice.Raw, tropism_ = Tropism.Raw;
-};
-
-// Brings back the game on the board, with its moves, at the end of its life.
-class GameKeeper {
-  public:
-    GameKeeper() = default;
-    ~GameKeeper() {
-        board = board_;
-        std::copy(history_.begin(), history_.end(), History);
-        HistoryLength = static_cast<int>(history_.size());
-        HistoryForgotten = forgotten_;
-        EngineSide = engineSide_;
-        GameSearches = searches_;
-    }
-    GameKeeper(const GameKeeper&) = delete;
-    GameKeeper& operator=(const GameKeeper&) = delete;
-
-  private:
-    const Board board_ = board;
-    const std::vector<HistoryRecord> history_{History, History + HistoryLength};
-    const int forgotten_ = HistoryForgotten, engineSide_ = EngineSide, searches_ = GameSearches;
 };
 
 // Gives the tables the sizes that are set.
