@@ -80,6 +80,15 @@ void RunEpdEvaluation() {
     if (TokenCount >= 2) EvaluateEpdFile(Tokens[1]);
 }
 
+// An argument of the line, or the default where there is none.
+const char* ArgumentOr(int index, const char* text) {
+    return TokenCount > index && Tokens[index][0] != '\0' ? Tokens[index] : text;
+}
+
+void RunPgnEvaluation() {
+    EvaluatePgnFile(ArgumentOr(1, PGN_FILE), ArgumentOr(2, STATISTICS_FILE));
+}
+
 void RunIsReady() {
     Print("readyok\n");
 }
@@ -92,7 +101,7 @@ void RunWriteValues() {
 
 // Looked at first; each of them leaves the line to the chain.
 const Command FirstCommands[] = {
-    {"pgneval", EvaluatePgnFile, true},
+    {"pgneval", RunPgnEvaluation, true},
     {"writevalues", RunWriteValues, true},
     {"q", ShutDown, true},
 };

@@ -36,6 +36,7 @@ const HelpRow FirstPage[] = {
 
 const HelpRow SecondPage[] = {
     {"perft <d>", "Tests the move generator/make_move with depth <d>"},
+    {"pgneval <f> <o>", "Adds evaluation statistics of the games of <f> to <o>"},
     {"post", "Toggles silent mode off"},
     {"q[uit]", "Exits Kestrovan"},
     {"remove", "Un-makes last moves of each side"},

@@ -30,7 +30,7 @@ const char* const COMMANDS[] = {
     "memory %n", "name x", "rating 1 %n", "variant normal", "accepted ping", "protover 2", "protover %n",
     "xboard", "white", "black", "edit\n#\nKe1\nRa1\nc\nKe8\n.", "edit\nxe2.", "moves", "brd", "evl",
     "perft 2", "loadfen %p", "reset", "clean", "reload", "demo", "help\n", "bkm", "mvd", "egtbstat", "c1 %n",
-    "writevalues", "fritz", "egtpath nalimov /none", "epdevl values.txt",
+    "writevalues", "fritz", "egtpath nalimov /none", "epdevl values.txt", "pgneval values.txt out.csv",
     // UCI
     "uci", "uci", "ucinewgame", "position startpos", "position startpos moves %m %m %m", "position fen %p",
     "position fen %p moves %m %m", "go depth %n", "go movetime %t", "go infinite", "go infinite",
