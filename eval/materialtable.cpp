@@ -97,9 +97,35 @@ Army ArmyOf(int side) {
     return {number(PAWN), number(KNIGHT), number(BISHOP), number(ROOK), number(QUEEN)};
 }
 
+// The weights that the table is made of.
+struct MaterialWeights {
+    Ints<2> BishopPair, KnightPair, RookPair;
+    Ints<4> WorthPerPawn;
+    Ints<3> QueenAgainst;
+    Ints<2> Exchange;
+    int TwoMinorsForRook, MinorAhead;
+    Ints<2> LoneMinor;
+    int NoPawns;
+
+    bool operator==(const MaterialWeights&) const = default;
+};
+
+MaterialWeights CurrentMaterialWeights() {
+    return {BishopPair, KnightPair,       RookPair,   WorthPerPawn, QueenAgainst,
+            Exchange,   TwoMinorsForRook, MinorAhead, LoneMinor,    NoPawns};
+}
+
+// What the table has been filled from; its phases alone make no table of zeros right.
+MaterialWeights filledFrom;
+bool isFilled = false;
+
 }  // namespace
 
 void FillMaterialTable() {
+    const MaterialWeights weights = CurrentMaterialWeights();
+    if (isFilled && weights == filledFrom) return;
+    filledFrom = weights;
+    isFilled = true;
     for (uint32_t signature = 0; signature < SIGNATURE_COUNT; ++signature) {
         uint32_t rest = signature;
         const auto digit = [&rest](uint32_t base) {

@@ -19,7 +19,8 @@ constexpr int MATERIAL_ENDING = 2;      // the side's king needs no shelter any 
 
 extern MaterialEntry MaterialTable[SIGNATURE_COUNT];
 
-// Fills MaterialTable from the weights; due whenever one has changed.
+// Fills MaterialTable from the weights; due whenever one has changed. Half a million entries take their time:
+// nothing is done when those that matter are the same.
 void FillMaterialTable();
 
 // The material of the position: from the table, or by the same rules from the counts when the signature is

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <type_traits>
 #include <vector>
 
 #include "core/psqt.h"
@@ -22,27 +24,48 @@ Personality Tropism{100, 200};
 namespace {
 
 constexpr int MAX_ROW = 32;
+// Beyond any use; thirty-two men with them must fit into the sums.
+constexpr int LARGEST_WEIGHT = 9999;
 
 struct WeightRow {
+    const char* Name;
+    const char* Meaning;
+    bool HasPhases;  // opening and ending by turns
     int* Values;
     int Count;
     int Defaults[MAX_ROW];
 };
 
+template <typename Type>
+constexpr bool HAS_PHASES = std::is_same_v<Type, Score>;
+template <size_t length>
+constexpr bool HAS_PHASES<std::array<Score, length>> = true;
+
 // The types of the list are made of nothing but ints, so a weight can be read as an array of them.
-#define WEIGHT(type, name, meaning, ...) \
-    {reinterpret_cast<int*>(&name), sizeof(type) / sizeof(int), {__VA_ARGS__}},
+#define WEIGHT(type, name, meaning, ...)                                                                 \
+    {#name,        meaning, HAS_PHASES<type>, reinterpret_cast<int*>(&name), sizeof(type) / sizeof(int), \
+     {__VA_ARGS__}},
 const WeightRow WeightRows[] = {
 #include "eval/weightlist.inc"
 };
 #undef WEIGHT
 
 #define WEIGHT(type, name, meaning, ...) +static_cast<int>(sizeof(type) / sizeof(int))
-constexpr int WEIGHT_COUNT = 0
+static_assert(WEIGHT_COUNT == 0
 #include "eval/weightlist.inc"
-    ;
+);
 #undef WEIGHT
-static_assert(WEIGHT_COUNT == 327, "the form of values.txt");
+
+// The row that a place of the whole list falls into, and the place within that row.
+struct RowPlace {
+    const WeightRow& Row;
+    int Index;
+};
+RowPlace FindRow(int place) {
+    const WeightRow* row = WeightRows;
+    for (; place >= row->Count; ++row) place -= row->Count;
+    return {*row, place};
+}
 
 // -3 on the edge, 3 in the middle.
 int CentreStep(int line) {
@@ -89,23 +112,6 @@ void BuildTables() {
     ++EvaluationVersion;
 }
 
-// The integers of a weights file, or nothing when it isn't one.
-std::vector<int> ReadNumbers(const char* path) {
-    std::vector<int> numbers;
-    std::FILE* file = std::fopen(path, "r");
-    if (file == nullptr) return numbers;
-    // A weight never needs more than four digits; the width keeps a long line from overflowing the number.
-    constexpr int LIMIT = 9999;
-    int number = 0;
-    while (numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%8d", &number) == 1) {
-        numbers.push_back(std::clamp(number, -LIMIT, LIMIT));
-    }
-    const bool isWhole = std::feof(file) != 0;
-    std::fclose(file);
-    if (!isWhole || numbers.size() != WEIGHT_COUNT) numbers.clear();
-    return numbers;
-}
-
 // Nobody keeps an option from being set to anything; the products with it must stay in range.
 int ScaledTo(int raw, int percent) {
     constexpr int64_t LIMIT = 100'000;
@@ -128,28 +134,78 @@ void SetTropism(int raw) {
 }
 
 void InitWeights() {
-    for (const WeightRow& row : WeightRows) std::copy_n(row.Defaults, row.Count, row.Values);
+    SetWeights(DefaultWeights());
+}
+
+WeightValues DefaultWeights() {
+    WeightValues values;
+    int* next = values.data();
+    for (const WeightRow& row : WeightRows) next = std::copy_n(row.Defaults, row.Count, next);
+    return values;
+}
+
+WeightValues CurrentWeights() {
+    WeightValues values;
+    int* next = values.data();
+    for (const WeightRow& row : WeightRows) next = std::copy_n(row.Values, row.Count, next);
+    return values;
+}
+
+void SetWeights(const WeightValues& values) {
+    const int* next = values.data();
+    for (const WeightRow& row : WeightRows) {
+        for (int i = 0; i < row.Count; ++i)
+            row.Values[i] = std::clamp(*next++, -LARGEST_WEIGHT, LARGEST_WEIGHT);
+    }
     BuildTables();
 }
 
-bool LoadWeights(const char* path) {
-    const std::vector<int> numbers = ReadNumbers(path);
-    if (numbers.empty()) return false;
-    const int* next = numbers.data();
-    for (const WeightRow& row : WeightRows) {
-        std::copy_n(next, row.Count, row.Values);
-        next += row.Count;
+std::string WeightName(int place) {
+    const auto& [row, index] = FindRow(place);
+    const int phases = row.HasPhases ? 2 : 1;
+    std::string name = row.Name;
+    if (row.Count > phases) name += '[' + std::to_string(index / phases) + ']';
+    if (row.HasPhases) name += index % 2 == 0 ? ".Opening" : ".Ending";
+    return name;
+}
+
+const char* WeightMeaning(int place) {
+    return FindRow(place).Row.Meaning;
+}
+
+bool IsWeightOf(int place, const std::string& listName) {
+    return FindRow(place).Row.Name == listName;
+}
+
+bool ReadWeights(const char* path, WeightValues* values) {
+    std::FILE* file = std::fopen(path, "r");
+    if (file == nullptr) return false;
+    std::vector<int> numbers;
+    // A weight never needs more than four digits; the width keeps a long line from overflowing the number.
+    for (int number = 0; numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%8d", &number) == 1;) {
+        numbers.push_back(number);
     }
-    BuildTables();
+    const bool isWhole = std::feof(file) != 0 && numbers.size() == WEIGHT_COUNT;
+    std::fclose(file);
+    if (isWhole) std::copy(numbers.begin(), numbers.end(), values->begin());
+    return isWhole;
+}
+
+bool LoadWeights(const char* path) {
+    WeightValues values;
+    if (!ReadWeights(path, &values)) return false;
+    SetWeights(values);
     return true;
 }
 
 bool WriteWeights(const char* path) {
+    return WriteWeights(path, CurrentWeights());
+}
+
+bool WriteWeights(const char* path, const WeightValues& values) {
     std::FILE* file = std::fopen(path, "w");
     if (file == nullptr) return false;
-    for (const WeightRow& row : WeightRows) {
-        for (int i = 0; i < row.Count; ++i) std::fprintf(file, "%d\n", row.Values[i]);
-    }
+    for (const int value : values) std::fprintf(file, "%d\n", value);
     const bool isWritten = std::ferror(file) == 0;
     return std::fclose(file) == 0 && isWritten;
 }

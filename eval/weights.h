@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "eval/score.h"
 
@@ -45,12 +46,33 @@ void SetTropism(int raw);
 // Sets every weight to its default and builds the tables that follow from the weights.
 void InitWeights();
 
+// All weights as one row of numbers, in the order of the list.
+constexpr int WEIGHT_COUNT = 327;  // the form of values.txt
+using WeightValues = std::array<int, WEIGHT_COUNT>;
+
+WeightValues DefaultWeights();
+WeightValues CurrentWeights();
+
+// Sets every weight and builds the tables that follow. Numbers beyond +-9999 are cut to that.
+void SetWeights(const WeightValues& values);
+
+// The name of a weight by its place in the row: as in the list, with what tells it from others of its name.
+std::string WeightName(int place);
+
+// What the list says about the weight, and whether it belongs to the list's weight of that name.
+const char* WeightMeaning(int place);
+bool IsWeightOf(int place, const std::string& listName);
+
+// Reads weights from a file, without putting them into force; false, and nothing changed, as for LoadWeights.
+bool ReadWeights(const char* path, WeightValues* values);
+
 // Reads the weights from a file, one integer a line, in the order of the list, and rebuilds the tables. A
 // file that can't be opened, is too short or too long or holds anything but integers changes nothing: false.
 bool LoadWeights(const char* path);
 
-// Writes the weights in the same form; false when the file can't be written.
+// Writes weights, those in force or others, in the same form; false when the file can't be written.
 bool WriteWeights(const char* path);
+bool WriteWeights(const char* path, const WeightValues& values);
 
 // The file that start-up, "reload" and "writevalues" use.
 constexpr char WEIGHTS_FILE[] = "values.txt";

@@ -5,6 +5,7 @@
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,9 +13,11 @@
 #include <climits>
 #include <csignal>
 #include <cstdlib>
+#include <vector>
 
 #include "platform/platform.h"
 #include "platform/sharedfile.h"
+#include "platform/workers.h"
 
 int64_t ClockMs() {
     using namespace std::chrono;
@@ -165,4 +168,43 @@ bool SharedFile::TryLock() {
 
 void SharedFile::Unlock() {
     flock(static_cast<int>(handle_), LOCK_UN);
+}
+
+void* AllocateSharedMemory(size_t bytes) {
+    void* const memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    return memory == MAP_FAILED ? nullptr : memory;
+}
+
+void FreeSharedMemory(void* memory, size_t bytes) {
+    if (memory != nullptr) munmap(memory, bytes);
+}
+
+bool RunWorkers(int count, const std::function<void(int)>& work, const std::function<void()>& whileWaiting) {
+    std::vector<pid_t> workers;
+    for (int i = 0; i < count; ++i) {
+        const pid_t worker = fork();
+        if (worker == 0) {
+            try {
+                work(i);
+            } catch (...) {
+                _exit(EXIT_FAILURE);
+            }
+            // Nothing of the parent's is written or undone here a second time.
+            _exit(EXIT_SUCCESS);
+        }
+        workers.push_back(worker);
+    }
+    bool areDone = true;
+    for (const pid_t worker : workers) {
+        int status = 0;
+        pid_t ended = -1;
+        while (worker > 0) {
+            ended = waitpid(worker, &status, WNOHANG);
+            if (ended > 0 || (ended < 0 && errno != EINTR)) break;
+            whileWaiting();
+            poll(nullptr, 0, 100);
+        }
+        areDone = areDone && ended == worker && WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
+    }
+    return areDone;
 }

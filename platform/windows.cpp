@@ -14,6 +14,7 @@
 
 #include "platform/platform.h"
 #include "platform/sharedfile.h"
+#include "platform/workers.h"
 
 int64_t ClockMs() {
     using namespace std::chrono;
@@ -275,4 +276,21 @@ bool SharedFile::TryLock() {
 void SharedFile::Unlock() {
     OVERLAPPED start = At(LOCK_PLACE);
     UnlockFileEx(AsHandle(handle_), 0, 1, 0, &start);
+}
+
+// There is no copying a process here, so one does all the work and any memory is shared.
+void* AllocateSharedMemory(size_t bytes) {
+    return std::calloc(bytes, 1);
+}
+
+void FreeSharedMemory(void* memory, size_t) {
+    std::free(memory);
+}
+
+bool RunWorkers(int count, const std::function<void(int)>& work, const std::function<void()>& whileWaiting) {
+    for (int i = 0; i < count; ++i) {
+        whileWaiting();
+        work(i);
+    }
+    return true;
 }

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/board.h"
+#include "core/fen.h"
 #include "core/makemove.h"
 #include "core/movetext.h"
 #include "tests/eval/evaltest.h"
@@ -59,6 +62,57 @@ TEST_F(WeightsTest, AreReadBackAsWritten) {
     EXPECT_EQ(Evaluation(), changedScore) << "the sums of the whole game follow";
     ASSERT_TRUE(Load(defaults));
     EXPECT_EQ(Evaluation(), score);
+}
+
+TEST_F(WeightsTest, AreKnownByTheirNames) {
+    const WeightValues defaults = DefaultWeights();
+    EXPECT_EQ(CurrentWeights(), defaults);
+    std::set<std::string> names;
+    for (int place = 0; place < WEIGHT_COUNT; ++place) names.insert(WeightName(place));
+    EXPECT_EQ(names.size(), defaults.size());
+    for (const auto& [name, value] : {std::pair{"ManWorth[4].Ending", ManWorth[4].Ending},
+                                      {"HangingPawn.Opening", HangingPawn.Opening},
+                                      {"BishopPair[1]", BishopPair[1]},
+                                      {"Space", Space},
+                                      {"PsqKingEnding[2]", PsqKingEnding.Advance}}) {
+        int place = 0;
+        while (WeightName(place) != name) ++place;
+        EXPECT_EQ(defaults[static_cast<size_t>(place)], value) << name;
+        EXPECT_EQ(std::string(name).rfind(WeightName(place), 0), 0u);
+        EXPECT_TRUE(IsWeightOf(place, std::string(name).substr(0, std::string(name).find_first_of("[."))));
+    }
+}
+
+// Tables that are not built again when nothing they depend on has changed.
+TEST_F(WeightsTest, LeaveNothingOfTheirPredecessors) {
+    const WeightValues defaults = DefaultWeights();
+    const auto setWithSpoiledTables = [&](const WeightValues& weights) {
+        WeightValues others = defaults;
+        for (int& value : others) value += 50;
+        SetWeights(others);
+        SetWeights(weights);
+    };
+    const auto evaluate = [] {
+        std::vector<int> scores;
+        for (const char* fen :
+             {"r2qk2r/pp1b1ppp/2n1pn2/3p4/1bPP4/2N1PN2/PP1B1PPP/R2QKB1R w KQkq -",
+              "4k3/2rq1ppp/8/8/3N4/3BB3/5PPP/3R2K1 b - -", "6k1/5ppp/8/3r4/4N3/4B3/5PPP/6K1 w - -",
+              "6k1/5pp1/8/8/2n5/8/1B3PPP/6K1 w - -", "3qk3/8/8/8/8/8/8/2NBBRRK w - -",
+              "3qk3/p6p/8/8/8/2r5/1PN4P/2R1RQK1 w - -"}) {
+            LoadFEN(fen);
+            scores.push_back(Evaluation());
+        }
+        return scores;
+    };
+    for (size_t place = 0; place < WEIGHT_COUNT; ++place) {
+        WeightValues changed = defaults;
+        changed[place] += 40;
+        SetWeights(defaults);
+        SetWeights(changed);
+        const std::vector<int> scores = evaluate();
+        setWithSpoiledTables(changed);
+        EXPECT_EQ(evaluate(), scores) << WeightName(static_cast<int>(place));
+    }
 }
 
 TEST_F(WeightsTest, ADamagedFileChangesNothing) {

@@ -1,0 +1,41 @@
+#include "tuning/labelled.h"
+
+#include <cstring>
+
+#include "core/fen.h"
+#include "core/positionfault.h"
+
+namespace {
+
+// What stands behind the fields of the position, or null when they are not all there.
+const char* BehindPosition(const char* line) {
+    constexpr int FIELDS = 4;
+    constexpr char BLANKS[] = " \t";
+    for (int field = 0; field < FIELDS; ++field) {
+        line += std::strspn(line, BLANKS);
+        if (*line == '\0') return nullptr;
+        line += std::strcspn(line, BLANKS);
+    }
+    return line;
+}
+
+}  // namespace
+
+double ResultOf(const char* line) {
+    // A draw holds none of the other forms, and is looked for first all the same.
+    constexpr struct {
+        const char* Text;
+        double Points;
+    } FORMS[] = {{"1/2-1/2", 0.5}, {"1-0", 1}, {"0-1", 0}, {"[1.0]", 1}, {"[0.5]", 0.5}, {"[0.0]", 0}};
+    const char* rest = BehindPosition(line);
+    if (rest == nullptr) return -1;
+    for (const auto& [text, points] : FORMS) {
+        if (std::strstr(rest, text) != nullptr) return points;
+    }
+    return -1;
+}
+
+bool SetUpPosition(const char* line) {
+    LoadCommonFEN(line);
+    return FindPositionFault() == nullptr;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+// Positions with the result of the game that they are from, as lines of text.
+
+// What the game brought White, in points, by the line; negative when it says nothing. Behind the four fields
+// of the position the result stands in one of these forms, the first found counting: 1-0, 0-1, 1/2-1/2, with
+// or without quotes, or [1.0], [0.5], [0.0].
+double ResultOf(const char* line);
+
+// Sets the position of the line up on `board`; false, and the board undefined, when no game can have it.
+bool SetUpPosition(const char* line);
