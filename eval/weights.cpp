@@ -173,8 +173,9 @@ const char* WeightMeaning(int place) {
     return FindRow(place).Row.Meaning;
 }
 
-bool IsWeightOf(int place, const std::string& listName) {
-    return FindRow(place).Row.Name == listName;
+bool IsWeightOf(int place, const std::string& name) {
+    const std::string whole = WeightName(place), rest = whole.substr(std::min(name.size(), whole.size()));
+    return whole == name + rest && (rest.empty() || rest[0] == '[' || rest[0] == '.');
 }
 
 bool ReadWeights(const char* path, WeightValues* values) {

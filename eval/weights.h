@@ -59,9 +59,10 @@ void SetWeights(const WeightValues& values);
 // The name of a weight by its place in the row: as in the list, with what tells it from others of its name.
 std::string WeightName(int place);
 
-// What the list says about the weight, and whether it belongs to the list's weight of that name.
+// What the list says about the weight, and whether a name is its own, or one of several: "PassedRank[2]" is
+// two weights, and "PassedRank" all of that row.
 const char* WeightMeaning(int place);
-bool IsWeightOf(int place, const std::string& listName);
+bool IsWeightOf(int place, const std::string& name);
 
 // Reads weights from a file, without putting them into force; false, and nothing changed, as for LoadWeights.
 bool ReadWeights(const char* path, WeightValues* values);

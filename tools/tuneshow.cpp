@@ -71,7 +71,7 @@ void AdoptWeights(const std::string& path, const std::string& listPath) {
         for (auto left = 1 + std::count(text.begin() + static_cast<ptrdiff_t>(begin),
                                         text.begin() + static_cast<ptrdiff_t>(end), ',');
              left > 0 && place < WEIGHT_COUNT; --left) {
-            numbers += (numbers.empty() ? " " : ", ") + std::to_string(At(weights, place++));
+            numbers.append(numbers.empty() ? " " : ", ").append(std::to_string(At(weights, place++)));
         }
         text.replace(begin, end - begin, numbers);
     }

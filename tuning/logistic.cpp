@@ -24,7 +24,7 @@ PredictionError MeasureError(const SampleSet& samples, const ScoreArray& scores,
     return error;
 }
 
-void FitModel(const SampleSet& samples, const ScoreArray& scores, bool withScale, LogisticModel& model) {
+void FitModel(const SampleSet& samples, const ScoreArray& scores, LogisticModel& model) {
     constexpr int ITERATIONS = 8;
     const size_t sources = model.Offsets.size();
     for (int iteration = 0; iteration < ITERATIONS; ++iteration) {
@@ -39,7 +39,6 @@ void FitModel(const SampleSet& samples, const ScoreArray& scores, bool withScale
             const double gap = sample.Result - expected, weight = expected * (1 - expected);
             system.Right(sample.Source) += gap;
             system.At(sample.Source, sample.Source) += weight;
-            if (!withScale) continue;
             system.Right(sources) += gap * score;
             system.At(sources, sample.Source) += weight * score;
             system.At(sources, sources) += weight * score * score;

@@ -34,5 +34,5 @@ struct PredictionError {
 PredictionError MeasureError(const SampleSet& samples, const ScoreArray& scores, const LogisticModel& model,
                              bool isHeldBack);
 
-// Fits the offsets, and the scale if wanted, to the training part by Newton's method.
-void FitModel(const SampleSet& samples, const ScoreArray& scores, bool withScale, LogisticModel& model);
+// Fits the offsets and the scale to the training part by Newton's method.
+void FitModel(const SampleSet& samples, const ScoreArray& scores, LogisticModel& model);

@@ -7,7 +7,7 @@
 void Regression::AddSample(size_t i, const std::vector<double>& moves, const LogisticModel& model,
                            double* matrix, double* right) const {
     // 1. The unknowns that the sample depends on.
-    const size_t unknowns = weights_ + model.Offsets.size();
+    const size_t unknowns = weights_ + model.Offsets.size() + 1;
     std::vector<size_t> which;
     std::vector<double> slope;
     const int16_t* const row = slopes_.Row(i);
@@ -20,6 +20,8 @@ void Regression::AddSample(size_t i, const std::vector<double>& moves, const Log
     }
     which.push_back(weights_ + samples_[i].Source);
     slope.push_back(1);
+    which.push_back(unknowns - 1);
+    slope.push_back(model.Scale * score);
 
     // 2. What it says about them.
     const double expected = ExpectedPoints(model.Exponent(score, samples_[i].Source));
@@ -33,7 +35,7 @@ void Regression::AddSample(size_t i, const std::vector<double>& moves, const Log
 }
 
 LinearSystem Regression::Equations(const std::vector<double>& moves, const LogisticModel& model) const {
-    const size_t unknowns = weights_ + model.Offsets.size(), size = unknowns * unknowns + unknowns;
+    const size_t unknowns = weights_ + model.Offsets.size() + 1, size = unknowns * unknowns + unknowns;
     const auto workers = static_cast<size_t>(labour_.Workers);
     const SharedArray<double> parts(workers * size);
     ShareWork(labour_, "solving", samples_.size(), [&](int worker, size_t begin, size_t end, int64_t* done) {

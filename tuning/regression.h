@@ -11,7 +11,8 @@
 // The logistic regression of one round, in which every evaluation is taken for linear in the weights.
 
 // Its unknowns are the free weights, in double steps from where the slopes were
-// measured, and behind them the offsets of the sources.
+// measured, and behind them the offsets of the sources and the
+// share by which the scale grows.
 class Regression {
   public:
     Regression(const SampleSet& samples, const ScoreArray& scores, const Slopes& slopes, size_t weights,

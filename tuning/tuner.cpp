@@ -71,7 +71,8 @@ WeightValues Rounds::Propose(const TuningState& state) {
         if (!system.Factor()) return state.Weights;
         const std::vector<double> change = system.Solve();
         for (size_t i = 0; i < moves.size(); ++i) moves[i] = std::clamp(moves[i] + change[i], -1.0, 1.0);
-        for (size_t i = moves.size(); i < change.size(); ++i) model.Offsets[i - moves.size()] += change[i];
+        for (size_t i = 0; i < model.Offsets.size(); ++i) model.Offsets[i] += change[moves.size() + i];
+        model.Scale *= 1 + std::clamp(change.back(), -0.5, 0.5);
         if (iteration + 1 == ITERATIONS) inverse = system.Inverse();
     }
     return RoundWeights(state.Weights, freeWeights_, std::move(moves), std::move(inverse));
@@ -83,7 +84,7 @@ bool Rounds::TryOne(TuningState& state) {
     for (int attempt = 0; attempt < 3; ++attempt) {
         MeasureScores(samples_, proposal, labour_, scores_);
         LogisticModel model = state.Model;
-        FitModel(samples_, scores_, false, model);
+        FitModel(samples_, scores_, model);
         const CurvePoint point{MeasureError(samples_, scores_, model, false),
                                MeasureError(samples_, scores_, model, true),
                                CountChanges(state.Weights, proposal)};
@@ -114,7 +115,7 @@ void BeginTuning(const SampleSet& samples, const TuningOptions& options, const L
     state.Weights = state.Best = options.Start;
     ScoreArray scores(samples.size());
     MeasureScores(samples, state.Weights, labour, scores);
-    FitModel(samples, scores, true, state.Model);
+    FitModel(samples, scores, state.Model);
     state.Curve = {{MeasureError(samples, scores, state.Model, false),
                     MeasureError(samples, scores, state.Model, true), 0}};
     state.IsDone = false;

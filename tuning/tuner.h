@@ -37,8 +37,8 @@ struct TuningState {
 // The place in the curve with the least error on the part that is held back.
 size_t BestRound(const TuningState& state);
 
-// Sets the state to the beginning: the start weights, the scale and the offsets that suit them best. The
-// scale stays from there on, so that the unit of the evaluation remains what the search expects.
+// Sets the state to the beginning: the start weights, the scale and the offsets that suit them best. These
+// are fitted along with the weights: what a centipawn is must be held by weights that stay.
 void BeginTuning(const SampleSet& samples, const TuningOptions& options, const Labour& labour,
                  TuningState& state);
 

@@ -78,8 +78,10 @@ TEST_F(WeightsTest, AreKnownByTheirNames) {
         int place = 0;
         while (WeightName(place) != name) ++place;
         EXPECT_EQ(defaults[static_cast<size_t>(place)], value) << name;
-        EXPECT_EQ(std::string(name).rfind(WeightName(place), 0), 0u);
-        EXPECT_TRUE(IsWeightOf(place, std::string(name).substr(0, std::string(name).find_first_of("[."))));
+        const std::string whole = name;
+        for (const char end : {'.', '['}) EXPECT_TRUE(IsWeightOf(place, whole.substr(0, whole.find(end))));
+        EXPECT_FALSE(IsWeightOf(place, whole + "x"));
+        EXPECT_FALSE(IsWeightOf(place, whole.substr(0, 3)));
     }
 }
 
