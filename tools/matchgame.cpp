@@ -1,7 +1,8 @@
 #include "tools/matchgame.h"
 
 #include <algorithm>
-#include <cstdlib>
+
+#include "tools/matchjudge.h"
 
 namespace {
 
@@ -34,34 +35,6 @@ class MatchClock {
   private:
     const MatchLimits& limits_;
     int64_t leftMs_[2];
-};
-
-// Ends games early by what both engines think of them.
-class MatchJudge {
-  public:
-    // Looks at the score of a move, in centipawns from the mover's view; `plies` have been played with it.
-    void Look(const UciEngine::Answer& answer, int mover, int plies) {
-        const int score = mover == WHITE ? answer.Score : -answer.Score;
-        const bool isEven = answer.HasScore && plies >= DRAW_FROM && std::abs(score) <= DRAW_SCORE;
-        evenPlies_ = isEven ? evenPlies_ + 1 : 0;
-        for (const int side : {WHITE, BLACK}) {
-            const bool isWon = answer.HasScore && (side == WHITE ? score : -score) >= WIN_SCORE;
-            wonPlies_[side] = isWon ? wonPlies_[side] + 1 : 0;
-        }
-    }
-
-    // White's half points, once it is clear.
-    std::optional<int> WhitePoints() const {
-        if (evenPlies_ >= DRAW_PLIES) return 1;
-        if (wonPlies_[WHITE] >= WIN_PLIES) return 2;
-        return wonPlies_[BLACK] >= WIN_PLIES ? std::optional(0) : std::nullopt;
-    }
-
-  private:
-    static constexpr int DRAW_FROM = 80, DRAW_PLIES = 16, DRAW_SCORE = 10;
-    static constexpr int WIN_PLIES = 8, WIN_SCORE = 700;
-
-    int evenPlies_ = 0, wonPlies_[2] = {0, 0};
 };
 
 // The players of a game and what they play by.
@@ -100,7 +73,7 @@ void PlayMoves(MatchGame& game, Players& players) {
             players.Engines[side]->Think(course.PositionLine(), clock.GoLine(), clock.LimitMs(side));
         clock.Charge(side, answer.UsedMs);
         if (!course.Play(answer.Move)) throw EngineFault(Fault::ILLEGAL_MOVE, "plays " + answer.Move);
-        judge.Look(answer, side, course.Plies());
+        judge.Look(answer.Score, side, course.Plies());
         if (!limits.IsJudged || course.End() != Ending::NONE) continue;
         if (const auto points = judge.WhitePoints()) return SetResult(game, *points, "judged");
     }

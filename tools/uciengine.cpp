@@ -15,21 +15,21 @@ constexpr int QUIT_MS = 1000;
 constexpr int MATE_SCORE = 30000;  // centipawns; no score counts for more
 
 // The score of a line of thought, if it tells one of the best line.
-bool ReadScore(const std::string& line, int* score) {
+std::optional<int> ReadScore(const std::string& line) {
     std::istringstream words(line);
     std::string word, unit, value;
-    bool isFound = false;
+    std::optional<int> score;
+    if (!(words >> word) || word != "info") return score;
     while (words >> word) {
         if (word == "string" || word == "pv") break;
-        if (word == "multipv" && words >> value && value != "1") return false;
+        if (word == "multipv" && words >> value && value != "1") return std::nullopt;
         if (word == "score" && words >> unit >> value) {
             const int number = ReadNumber(value.c_str());
             const bool isMate = unit == "mate", isLost = number <= 0;
-            *score = isMate ? isLost ? -MATE_SCORE : MATE_SCORE : std::clamp(number, -MATE_SCORE, MATE_SCORE);
-            isFound = true;
+            score = isMate ? isLost ? -MATE_SCORE : MATE_SCORE : std::clamp(number, -MATE_SCORE, MATE_SCORE);
         }
     }
-    return isFound;
+    return score;
 }
 
 bool BeginsLike(const std::string& line, const std::string& beginning) {
@@ -106,7 +106,7 @@ UciEngine::Answer UciEngine::Think(const std::string& position, const std::strin
     Ask({position, go});
     std::string line;
     while (!(line = ReadLine(deadline, late)).starts_with("bestmove")) {
-        if (line.starts_with("info ") && ReadScore(line, &answer.Score)) answer.HasScore = true;
+        if (const auto score = ReadScore(line)) answer.Score = score;
     }
     answer.UsedMs = ClockMs() - start;
     std::istringstream words(line);

@@ -52,8 +52,7 @@ class UciEngine {
 
     struct Answer {
         std::string Move;
-        bool HasScore = false;
-        int Score = 0;  // centipawns from its own view, the last that it has told
+        std::optional<int> Score;  // centipawns from its own view, the last that it has told
         int64_t UsedMs = 0;
     };
 

@@ -112,8 +112,8 @@ TEST_F(MatchToolTest, GivesEachPlayerItsOwn) {
 }
 
 TEST_F(MatchToolTest, CanBeInterrupted) {
-    // The engines of the games that are played then end with it.
-    WriteEngine("script", "go*) echo $$ >>'" + directory_.Path() + "/processes'; sleep 600;;");
+    // The engines of the games that are played then end with it, and so does what they have started.
+    WriteEngine("script", "go*) sleep 600 & echo $$ $! >>'" + directory_.Path() + "/processes'; wait;;");
     const std::string interrupted = "{ '" KESTROVAN_MATCH
                                     "' ./script ./script >told & "
                                     "while [ ! -s processes ]; do sleep 0.05; done; kill -INT $!; wait $!; "
@@ -123,14 +123,39 @@ TEST_F(MatchToolTest, CanBeInterrupted) {
     EXPECT_NE(directory_.ReadFile("told").find("Interrupted\nNo pair of games was completed\n"),
               std::string::npos)
         << directory_.ReadFile("told");
-    EXPECT_EQ(Run("--help", "output",
-                  "for p in $(cat processes); do kill -0 $p 2>/dev/null && echo $p >>alive; done"),
-              0);
+    // Whoever is dead may still be listed, as Z.
+    const std::string look =
+        "for p in $(cat processes); do grep -s '^State:.[^Z]' /proc/$p/status; done >alive";
+    EXPECT_EQ(Run("--help", "output", look), 0);
     EXPECT_EQ(directory_.ReadFile("alive"), "");
 }
 
+// Both kings go along their ranks from a to h, and both players know who wins.
+TEST_F(MatchToolTest, EndsDecidedGamesEarly) {
+    directory_.WriteFile("kings.epd", "k7/3p4/8/8/8/8/3P4/K7 w - -\n");
+    for (const std::string score : {"900", "-900"}) {
+        WriteEngine(
+            score,
+            "position*) set -- $line; n=$(($# > 8 ? $# - 9 : 0));;\n"
+            "go*) echo info depth 1 multipv 1 score cp " +
+                score +
+                " pv a1a2;\n"
+                "echo info depth 1 multipv 2 score cp 0 pv a1a2;\n"
+                "rank=$((n % 2 * 7 + 1)); from=$((n / 2 + 1)); files=abcdefghi;\n"
+                "echo bestmove $(echo $files | cut -c$from)$rank$(echo $files | cut -c$((from + 1)))$rank;;");
+    }
+    const std::string command = "./900 ./-900 --games 2 --openings kings.epd --pgn games ";
+    EXPECT_EQ(Run(command), 0) << output_ << errors_;
+    EXPECT_TRUE(Says(" games: +2 -0 =0") && Says("Endings: judged 2\n")) << output_;
+    EXPECT_NE(directory_.ReadFile("games").find("4. Ke1 Ke8\n{judged} 1-0"), std::string::npos)
+        << directory_.ReadFile("games");
+    EXPECT_EQ(Run(command + "--play-out"), 1);
+    EXPECT_TRUE(Says("plays h1i1\n")) << output_;
+}
+
 TEST_F(MatchToolTest, CountsFaults) {
-    ExpectFault("go*) exit 3;;", "crash", "has ended with status 3\n  > position fen ");
+    ExpectFault("go*) echo broken >&2; exit 3;;", "crash", "has ended with status 3\n  > position fen ");
+    EXPECT_TRUE(Says("  > go depth 1\n  < broken\n")) << output_;
     ExpectFault("go*) kill -SEGV $$;;", "crash", "has been ended by a signal");
     ExpectFault("go*) echo info string thinking; echo bestmove e2e5;;", "illegal move",
                 "plays e2e5\n  > position fen ");
@@ -163,10 +188,14 @@ TEST_F(MatchToolTest, RefusesWhatItCannotDo) {
     refuses(twice + "--openings missing", "--openings");
     refuses(twice + "--games 1002", "500 openings");
     refuses(twice + "--sprt 5 0", "--sprt");
+    refuses(twice + "--pgn missing/games.pgn", "can't write missing/games.pgn");
     refuses(twice + "--values-first text", "can't use the weights");
     refuses(twice + "--values-first text --directory-first .", "--directory-first");
     refuses("./text ./script", "./text is no UCI engine: it has ended with status 127");
     refuses("./script missing", "missing is no UCI engine");
+    WriteEngine("deaf", "uci) echo option name Long type string; echo uciok; exec sleep 600;;");
+    refuses("./script ./deaf --timeout 0.5 --option-second Long=" + std::string(100'000, 'x'),
+            "no answer in time");
     refuses("./script cat --timeout 0.1", "cat is no UCI engine: it gives no answer in time");
 }
 

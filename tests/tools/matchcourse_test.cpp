@@ -64,6 +64,15 @@ TEST(MatchCourse, RefusesWhatIsNoMove) {
     EXPECT_EQ(course.MoveText(), "1. O-O Kd7 2. bxa8=N\n");
 }
 
+TEST(MatchCourse, HasNoLongestGame) {
+    MatchCourse course({});
+    for (int i = 0; i < 300; ++i) {
+        for (const char* move : {"g1f3", "g8f6", "f3g1", "f6g8"}) ASSERT_TRUE(course.Play(move)) << i;
+    }
+    EXPECT_EQ(course.Plies(), 1200);
+    EXPECT_TRUE(course.MoveText().ends_with(" 600. Ng1 Ng8\n"));
+}
+
 TEST(MatchCourse, ReadsOpenings) {
     const TempDirectory directory;
     const auto read = [&](const std::string& name, const std::string& text) {
