@@ -41,6 +41,7 @@ bool HasEnded(pid_t process) {
 
 std::string DescribeEnding(int status) {
     if (WIFSIGNALED(status)) return std::string("has been ended by a signal: ") + strsignal(WTERMSIG(status));
+    if (WEXITSTATUS(status) == NO_PROGRAM) return "can't be started";
     return "has ended with status " + std::to_string(WEXITSTATUS(status));
 }
 

@@ -1,41 +1,9 @@
 #include "tools/matchgame.h"
 
-#include <algorithm>
-
+#include "tools/matchclock.h"
 #include "tools/matchjudge.h"
 
 namespace {
-
-// Time beyond the clock that pipes and a busy machine may take.
-constexpr int64_t MARGIN_MS = 50;
-
-class MatchClock {
-  public:
-    explicit MatchClock(const MatchLimits& limits) : limits_(limits), leftMs_{limits.BaseMs, limits.BaseMs} {}
-
-    std::string GoLine() const {
-        if (!limits_.HasClock()) {
-            return limits_.Depth > 0 ? "go depth " + std::to_string(limits_.Depth)
-                                     : "go nodes " + std::to_string(limits_.Nodes);
-        }
-        const std::string increment = std::to_string(limits_.IncrementMs);
-        return "go wtime " + std::to_string(leftMs_[WHITE]) + " btime " + std::to_string(leftMs_[BLACK]) +
-               " winc " + increment + " binc " + increment;
-    }
-
-    // How long the side may take.
-    std::optional<int64_t> LimitMs(int side) const {
-        return limits_.HasClock() ? std::optional(leftMs_[side] + MARGIN_MS) : std::nullopt;
-    }
-
-    void Charge(int side, int64_t usedMs) {
-        leftMs_[side] = std::max<int64_t>(leftMs_[side] - usedMs, 0) + limits_.IncrementMs;
-    }
-
-  private:
-    const MatchLimits& limits_;
-    int64_t leftMs_[2];
-};
 
 // The players of a game and what they play by.
 struct Players {

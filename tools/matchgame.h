@@ -1,23 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "tools/matchclock.h"
 #include "tools/matchcourse.h"
 #include "tools/uciengine.h"
 
-// One game of a match, with its clocks, its judge and its referee.
-
-// What an engine may use for a move: the clock if it has a base, else the depth if there is one, else nodes.
-struct MatchLimits {
-    int64_t Nodes = 0;
-    int Depth = 0;
-    int64_t BaseMs = 0, IncrementMs = 0;
-    bool IsJudged = true;  // games that both engines take for decided or drawn end early
-
-    bool HasClock() const { return BaseMs > 0; }
-};
+// One game of a match, with its clock, its judge and its referee.
 
 struct MatchGame {
     explicit MatchGame(const Opening& opening) : Course(opening) {}

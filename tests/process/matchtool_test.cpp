@@ -191,7 +191,7 @@ TEST_F(MatchToolTest, RefusesWhatItCannotDo) {
     refuses(twice + "--pgn missing/games.pgn", "can't write missing/games.pgn");
     refuses(twice + "--values-first text", "can't use the weights");
     refuses(twice + "--values-first text --directory-first .", "--directory-first");
-    refuses("./text ./script", "./text is no UCI engine: it has ended with status 127");
+    refuses("./text ./script", "./text is no UCI engine: it can't be started");
     refuses("./script missing", "missing is no UCI engine");
     WriteEngine("deaf", "uci) echo option name Long type string; echo uciok; exec sleep 600;;");
     refuses("./script ./deaf --timeout 0.5 --option-second Long=" + std::string(100'000, 'x'),
