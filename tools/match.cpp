@@ -1,5 +1,6 @@
 #include "tools/match.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <ctime>
@@ -7,7 +8,6 @@
 #include <mutex>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
 #include "tools/interruption.h"
 #include "tools/progress.h"

@@ -78,7 +78,7 @@ std::string MatchCourse::PositionLine() const {
     const std::lock_guard lock(BoardLock);
     std::string line = fen_.empty() ? "position startpos" : "position fen " + fen_;
     if (!moves_.empty()) line += " moves";
-    for (const Move move : moves_) line += std::string(" ") + MoveToText(move);
+    for (const Move move : moves_) line.append(1, ' ').append(MoveToText(move));
     return line;
 }
 
