@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cinttypes>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 
@@ -11,18 +10,10 @@
 #include "egtb/tablestats.h"
 #include "egtb/tablestore.h"
 #include "platform/platform.h"
+#include "tools/interruption.h"
 #include "tools/progress.h"
 
 namespace {
-
-std::atomic<bool> IsInterrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-// The first interruption stops the work in good order; the next one ends the program as usual.
-void NoteInterruption(int signal) {
-    IsInterrupted = true;
-    std::signal(signal, SIG_DFL);
-}
 
 double Megabytes(int64_t bytes) {
     return static_cast<double>(bytes) / (1 << 20);
@@ -118,7 +109,7 @@ bool BuildTables(const std::vector<int>& classNumbers, const TableBuildOptions& 
     std::erase_if(missing, [&](int number) { return store.HasFiles(TableClasses[number]); });
     RefuseTooLarge(missing, options.MemoryBytes);
     if (!missing.empty()) CheckDirectory(options.Directory);
-    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, NoteInterruption);
+    WatchInterruptions();
     std::printf("%zu classes, %zu to be made\n", all, missing.size());
     std::fflush(stdout);
     Progress progress;

@@ -61,13 +61,15 @@ TEST_F(TuneToolTest, PositionsComeOutOfGames) {
 }
 
 TEST_F(TuneToolTest, FitsAndGoesOn) {
-    EXPECT_EQ(Run(std::string(FIT) + "--rounds 1 --hold 1 --state state --curve curve.svg -o one.txt"), 0) << errors_;
+    EXPECT_EQ(Run(std::string(FIT) + "--rounds 1 --hold 1 --state state --curve curve.svg -o one.txt"), 0)
+        << errors_;
     EXPECT_TRUE(Says("Round 1: fitted")) << output_;
     EXPECT_FALSE(Says("Round 2:"));
     EXPECT_TRUE(Says("What moved most"));
     EXPECT_EQ(Lines("one.txt").size(), 327u);
     EXPECT_EQ(directory_.ReadFile("curve.svg").rfind("<svg", 0), 0u);
-    EXPECT_EQ(Run(std::string(FIT) + "--rounds 2 --hold 1 --state state -o two.txt --workers 1"), 0) << errors_;
+    EXPECT_EQ(Run(std::string(FIT) + "--rounds 2 --hold 1 --state state -o two.txt --workers 1"), 0)
+        << errors_;
     EXPECT_TRUE(Says("Going on behind round 1 of state")) << output_;
     EXPECT_EQ(Run("compare two.txt"), 0);
     for (const std::string& line : Lines("output")) {
