@@ -38,6 +38,11 @@ CLI::App* AddReader(CLI::App& app, TuneRequest& request, const char* name, const
                      "Centipawns; positions that stand higher for a side are left out")
         ->check(CLI::Range(1, 30000))
         ->capture_default_str();
+    command
+        ->add_option("--scores", request.Chosen.Scores,
+                     "Share that the score of a search (ce) has in the result, where a position has one")
+        ->check(CLI::Range(0.0, 1.0))
+        ->capture_default_str();
     command->add_option("--workers", request.Workers, "Processes")
         ->check(CLI::Range(1, 256))
         ->capture_default_str();

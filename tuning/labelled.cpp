@@ -1,5 +1,7 @@
 #include "tuning/labelled.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "core/fen.h"
@@ -33,6 +35,17 @@ double ResultOf(const char* line) {
         if (std::strstr(rest, text) != nullptr) return points;
     }
     return -1;
+}
+
+bool ReadScore(const char* line, int* score) {
+    constexpr int HIGHEST = 30'000;
+    const char* const rest = BehindPosition(line);
+    const char* const found = rest == nullptr ? nullptr : std::strstr(rest, " ce ");
+    if (found == nullptr) return false;
+    char* end = nullptr;
+    const long value = std::strtol(found + 4, &end, 10);
+    *score = static_cast<int>(std::clamp<long>(value, -HIGHEST, HIGHEST));
+    return end != found + 4;
 }
 
 bool SetUpPosition(const char* line) {

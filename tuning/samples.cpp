@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -11,15 +12,53 @@
 #include "core/psqt.h"
 #include "eval/evaluate.h"
 #include "tuning/labelled.h"
+#include "tuning/logistic.h"
 #include "tuning/quiet.h"
 
 namespace {
 
 struct LabelledLine {
     std::string Text;
-    float Result;
+    float Result;  // White's points
+    bool HasScore;
+    int Score;  // from White's view, in centipawns
     uint8_t Source;
 };
+
+bool IsBlackToMove(const std::string& text) {
+    const size_t blank = text.find_first_of(" \t", text.find_first_not_of(" \t"));
+    const size_t side = text.find_first_not_of(" \t", blank);
+    return side != std::string::npos && text[side] == 'b';
+}
+
+LabelledLine MakeLine(const std::string& text, double result, size_t source) {
+    LabelledLine line{text, static_cast<float>(result), false, 0, static_cast<uint8_t>(source)};
+    line.HasScore = ReadScore(text.c_str(), &line.Score);
+    if (IsBlackToMove(text)) line.Score = -line.Score;
+    return line;
+}
+
+// Puts a share of what the scores say in place of the results. What a centipawn of theirs means is found by
+// logistic regression of the results (Newton's method).
+void BlendScores(std::vector<LabelledLine>& lines, double share) {
+    constexpr int ITERATIONS = 20;
+    double scale = 0.005;
+    for (int iteration = 0; iteration < ITERATIONS; ++iteration) {
+        double slope = 0, information = 1e-9;
+        for (const LabelledLine& line : lines) {
+            if (!line.HasScore) continue;
+            const double score = line.Score, expected = ExpectedPoints(scale * score);
+            slope += (line.Result - expected) * score;
+            information += expected * (1 - expected) * score * score;
+        }
+        scale = std::clamp(scale + slope / information, 0.0001, 0.1);
+    }
+    for (LabelledLine& line : lines) {
+        if (!line.HasScore) continue;
+        const double expected = ExpectedPoints(scale * line.Score);
+        line.Result = static_cast<float>((1 - share) * line.Result + share * expected);
+    }
+}
 
 std::vector<LabelledLine> ReadLines(const std::vector<std::string>& paths, ReadingReport& report) {
     std::vector<LabelledLine> lines;
@@ -33,7 +72,7 @@ std::vector<LabelledLine> ReadLines(const std::vector<std::string>& paths, Readi
             if (result < 0) {
                 ++report.WithoutResult;
             } else {
-                lines.push_back({text, static_cast<float>(result), static_cast<uint8_t>(source)});
+                lines.push_back(MakeLine(text, result, source));
             }
         }
         if (!file.eof()) throw std::runtime_error("can't read " + paths[source]);
@@ -99,6 +138,7 @@ std::unique_ptr<SampleSet> ReadSamples(const std::vector<std::string>& paths, co
                                        const Labour& labour, ReadingReport& report) {
     std::vector<LabelledLine> lines = ReadLines(paths, report);
     ThinOut(lines, choice.Limit);
+    if (choice.Scores > 0) BlendScores(lines, choice.Scores);
     auto samples = std::make_unique<SampleSet>(lines.size());
     const SharedArray<std::array<int64_t, FATES>> fates(static_cast<size_t>(labour.Workers));
     ShareWork(labour, "making quiet", lines.size(), [&](int worker, size_t begin, size_t end, int64_t* done) {

@@ -41,7 +41,7 @@ class SharedArray {
 
 struct Sample {
     Board Position;
-    float Result;     // White's points: 0, 1/2, 1
+    float Result;     // White's points, 0..1: those of the game, or what a search thought of them
     uint8_t Source;   // the place of its file
     bool IsHeldBack;  // judges the weights, and doesn't shape them
     bool IsUsed;      // quiet and not decided; the others count for nothing
@@ -74,6 +74,9 @@ struct Choice {
     // Centipawns: a position that stands higher for either side is decided. Whether a rook more is worth six
     // pawns or sixteen shows in no result, and a scale that suits the quiet middle must not pay for it.
     int Decided = 400;
+    // Share of what the score of a search, where the line has one, says in the result, 0..1. A game has one
+    // result for all its positions, and a good search knows better what each of them is worth.
+    double Scores = 0;
 };
 
 // Reads labelled positions and makes them quiet by the weights in force, which say what is decided, too.
