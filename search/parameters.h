@@ -14,7 +14,7 @@
 #include "search/parameterlist.inc"
 #undef PARAMETER
 
-// A parameter that can be set. Nothing else keeps its value from `Least` to `Greatest`.
+// A parameter that can be set, and the range that SetParameter keeps it in.
 struct ParameterRow {
     const char* Name;
     int* Value;
