@@ -169,7 +169,7 @@ bool IsFutileCapture(const QuietNode& node, Move move, int order) {
     const unsigned promotion = MovePromotion(move);
     if (promotion != EMPTY && promotion != QUEEN) return true;
     // A capture that neither the exchange test nor its own record speaks for loses the man.
-    return IsFutile(EstimateGain(move, order < LostCaptureScore), node.Alpha, node.Eval);
+    return IsFutile(EstimateGain(move, order < 0), node.Alpha, node.Eval);
 }
 
 // Takes a score into the node; true when it cuts the node off.
