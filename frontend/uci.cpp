@@ -27,6 +27,7 @@
 #include "search/draws.h"
 #include "search/modes.h"
 #include "search/multipv.h"
+#include "search/parameters.h"
 #include "search/root.h"
 #include "search/timecontrol.h"
 #include "search/transposition.h"
@@ -97,6 +98,14 @@ const OptionRow* FindOption(const char* name) {
     const auto row = std::find_if(std::begin(OptionTable), std::end(OptionTable),
                                   [=](const OptionRow& option) { return MatchKeyword(option.Name, name); });
     return row == std::end(OptionTable) ? nullptr : row;
+}
+
+// What a build for trials has besides.
+void AnnounceParameters() {
+    for (const ParameterRow& row : SettableParameters()) {
+        Print("option name %s type spin min %d max %d default %d\n", row.Name, row.Least, row.Greatest,
+              *row.Value);
+    }
 }
 
 // Milliseconds to centiseconds.
@@ -221,6 +230,7 @@ void RunUci() {
     Print("option name Defensivity type spin min 0 max 300 default %d\n", Cowardice.Raw);
     Print("option name Tropism type spin min 0 max 300 default %d\n", Tropism.Raw);
     Print("option name Clear Hash type button\n");
+    AnnounceParameters();
     Print("uciok\n");
     FlushOutput();
     UciMode = 1;
@@ -238,14 +248,16 @@ void RunUciNewGame() {
 
 void RunSetOption() {
     if (TokenCount < 3 || !MatchKeyword("name", Tokens[1])) return;
+    const bool hasValue =
+        TokenCount > VALUE_TOKEN && Tokens[VALUE_TOKEN][0] != '\0' && MatchKeyword("value", Tokens[3]);
+    if (hasValue && SetParameter(Tokens[2], TokenNumber(VALUE_TOKEN))) return;
     const OptionRow* option = FindOption(Tokens[2]);
     if (option == nullptr) return;
     if (option->Apply == nullptr) {
         if (TokenCount > 3 && MatchKeyword("Hash", Tokens[3])) ClearHash();
         return;
     }
-    const bool hasValue = TokenCount > VALUE_TOKEN && Tokens[VALUE_TOKEN][0] != '\0';
-    if (hasValue && MatchKeyword("value", Tokens[3])) option->Apply();
+    if (hasValue) option->Apply();
 }
 
 void RunPosition() {

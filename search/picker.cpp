@@ -6,6 +6,7 @@
 #include "core/movelist.h"
 #include "core/movetest.h"
 #include "eval/pawnsets.h"
+#include "search/parameters.h"
 #include "search/plyinfo.h"
 
 MovePicker::MovePicker(const Node& node) : node_(node), start_(MoveListTop), next_(MoveListTop) {
@@ -56,7 +57,6 @@ MovePicker::Span MovePicker::Quiets() {
 }
 
 void MovePicker::RateQuiets(int first) {
-    constexpr int BONUS = 2000;  // about a cut-off at one ply of depth
     const int us = board.SideToMove, them = ChangeSide(us);
     const Bitboard pawns = board.Pieces[PAWN][them];
     const Bitboard reach = them == WHITE ? PawnAttacksOf<WHITE>(pawns) : PawnAttacksOf<BLACK>(pawns);
@@ -65,8 +65,8 @@ void MovePicker::RateQuiets(int first) {
     for (int i = first; i < quietsEnd_; ++i) {
         const Move move = MoveList[i].Move;
         if (MovePiece(move) == PAWN) continue;
-        if ((danger & SquareBit(MoveFrom(move))) != 0) MoveList[i].Score += BONUS;
-        if ((reach & SquareBit(MoveTo(move))) != 0) MoveList[i].Score -= BONUS;
+        if ((danger & SquareBit(MoveFrom(move))) != 0) MoveList[i].Score += EscapeBonus;
+        if ((reach & SquareBit(MoveTo(move))) != 0) MoveList[i].Score -= PawnReachMalus;
     }
 }
 

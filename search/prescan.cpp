@@ -7,6 +7,7 @@
 #include "core/movetest.h"
 #include "search/draws.h"
 #include "search/ordering.h"
+#include "search/parameters.h"
 #include "search/plyinfo.h"
 #include "search/scores.h"
 #include "search/statistics.h"
@@ -15,7 +16,6 @@
 namespace {
 
 constexpr int DEEP = 360;         // sixtieths of a ply; deeper nodes are worth a look at every move
-constexpr int QUIET_DEPTH = 180;  // sixtieths of a ply; below, the search is as quick as the table
 constexpr int QUIET_MARGIN = 50;  // centipawns below beta within which quiet moves are worth one elsewhere
 
 enum Kind { TABLE_MOVE, CAPTURE, QUIET };
@@ -82,9 +82,10 @@ bool FindCutOff(const Node& node, MovePicker& picker, Move* move, int* score) {
     const Move hashMove = node.HashMove;
     if (hashMove != NO_MOVE && test(hashMove, PositionKeyAfter(hashMove), TABLE_MOVE)) return true;
     if (node.IsInCheck) return scan(picker.Evasions(), QUIET);
-    // After a capture that leads into the quiescence search the table has no upper bound.
-    if (node.Depth >= 2 * PLY_DEPTH && scan(picker.Captures(), CAPTURE)) return true;
-    if (node.Depth < QUIET_DEPTH) return false;
+    // After a capture that leads into the quiescence search the table has no upper bound, and near it the
+    // search of a quiet move is as quick as the table.
+    if (node.Depth >= ScanCapturesDepth && scan(picker.Captures(), CAPTURE)) return true;
+    if (node.Depth < ScanQuietsDepth) return false;
     for (const int i : {0, 1}) {
         const Move killer = picker.Killer(i);
         if (killer != NO_MOVE && test(killer, PositionKeyAfter(killer), QUIET)) return true;

@@ -16,6 +16,7 @@
 #include "search/modes.h"
 #include "search/node.h"
 #include "search/ordering.h"
+#include "search/parameters.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
 #include "search/prefetch.h"
@@ -115,12 +116,11 @@ bool AreChecksPromising(const QuietNode& node) {
     return node.Eval.Score + depthMargin + attackMargin > node.Alpha;
 }
 
-// Whether the side to move has given check with each of its last three moves. Checks and their replies cost
+// Whether the side to move has given check with each of its last moves. Checks and their replies cost
 // no depth between them, so that without an end to them a queen chases a king through millions of nodes.
 bool IsChase() {
-    constexpr int CHECKS = 3;
-    if (Ply <= 2 * CHECKS) return false;
-    for (int back = 1; back <= CHECKS; ++back) {
+    if (Ply <= 2 * ChaseChecks) return false;
+    for (int back = 1; back <= ChaseChecks; ++back) {
         if (!PlyInfo[Ply - 2 * back].GivesCheck) return false;
     }
     return true;

@@ -16,6 +16,7 @@
 #include "search/nullmove.h"
 #include "search/oracles.h"
 #include "search/ordering.h"
+#include "search/parameters.h"
 #include "search/picker.h"
 #include "search/plyinfo.h"
 #include "search/polling.h"
@@ -141,8 +142,8 @@ int SearchMove(const Node& node, const Candidate& candidate, int change, int alt
     return SearchChild(node.Alpha, node.Beta, wholeDepth, node.Type);
 }
 
-// Whether a quiet move that would be followed by the quiescence search, if only at first, is futile; its
-// likely score then stands for it.
+// Whether a quiet move behind which, if only at first, little depth is left is futile; its likely score then
+// stands for it.
 bool IsHopeless(const Node& node, Move move, int* best) {
     const int gain = EstimateGain(move, false);
     if (!IsFutile(gain, node.Alpha, node.Eval)) return false;
@@ -207,8 +208,9 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
         candidate.GivesCheck = GivesCheck(move);
         const bool mayPrune = nodeType != 0 && MateSearch == 0 && !node.IsInCheck && !candidate.GivesCheck &&
                               TakesNothing(move);
-        // A ply above the quiescence search nothing extends such a move past it.
-        if (mayPrune && depth < 2 * PLY_DEPTH && IsHopeless(node, move, &best)) continue;
+        // Nothing extends such a move beyond the ply that it costs.
+        const bool isNearEnd = depth - PLY_DEPTH < FutileDepth;
+        if (mayPrune && isNearEnd && IsHopeless(node, move, &best)) continue;
         int alternative = 0;
         int change = ComputeExtension(node, candidate, &alternative);
         if (IsSimplified(node, move)) {
@@ -216,8 +218,8 @@ int Search(int alpha, int beta, int depth, int nullAllowed, int nodeType) {
             alternative -= SIMPLE_ENDING_REDUCTION;
         }
         alternative -= LateReduction(node, candidate, moveCount);
-        const bool isLast = node.Depth - PLY_DEPTH + alternative < PLY_DEPTH;
-        if (mayPrune && depth >= 2 * PLY_DEPTH && isLast && IsHopeless(node, move, &best)) continue;
+        const bool isLast = depth - PLY_DEPTH + alternative < FutileDepth;
+        if (mayPrune && !isNearEnd && isLast && IsHopeless(node, move, &best)) continue;
         record.GivesCheck = candidate.GivesCheck;
         MakeMove(move, 1);
         PlyInfo[++Ply].InCheck = candidate.GivesCheck;
