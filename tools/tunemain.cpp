@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "eval/bitbase.h"
 #include "eval/pawnhash.h"
@@ -107,6 +108,11 @@ int Run(int argc, char** argv) {
     CLI::App* compare = app.add_subcommand("compare", "Show the weights in which two files differ");
     compare->add_option("second", second, "A file of weights")->required();
     compare->add_option("first", first, "What it is compared with; without it, the built-in weights");
+    std::vector<std::string> targets;
+    CLI::App* mix = app.add_subcommand("mix", "Go a part of the way from some weights to others");
+    mix->add_option("targets", targets, "FILE:SHARE for each of the others, as values.txt:0.3")->required();
+    mix->add_option("--start", first, FILE_OF_WEIGHTS);
+    mix->add_option("-o,--output", second, "The file of weights that comes of it")->required();
     CLI::App* adopt = app.add_subcommand("adopt", "Make the weights of a file the built-in ones");
     adopt->add_option("weights", first, "The file of weights")->required();
     adopt->add_option("list", second, "The list in the source text")->default_val("eval/weightlist.inc");
@@ -118,6 +124,7 @@ int Run(int argc, char** argv) {
         if (*sample) SamplePositions(sampleRequest);
         if (*list) ListWeights(first);
         if (*compare) CompareWeights(first, second);
+        if (*mix) MixWeights(first, targets, second);
         if (*adopt) AdoptWeights(first, second);
     } catch (const std::bad_alloc&) {
         throw std::runtime_error("not enough memory for so many positions (--positions)");

@@ -1,7 +1,9 @@
 #include "tools/tuneshow.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -57,6 +59,25 @@ void CompareWeights(const std::string& first, const std::string& second) {
         std::printf("%3d  %-36s %6d -> %6d  %s\n", place + 1, WeightName(place).c_str(), At(before, place),
                     At(after, place), WeightMeaning(place));
     }
+}
+
+void MixWeights(const std::string& start, const std::vector<std::string>& targets, const std::string& output) {
+    const WeightValues from = StartWeights(start);
+    std::vector<double> sums(from.begin(), from.end());
+    for (const std::string& target : targets) {
+        const size_t colon = target.rfind(':');
+        char* end = nullptr;
+        const double share = colon == std::string::npos ? 0 : std::strtod(target.c_str() + colon + 1, &end);
+        if (end == nullptr || *end != '\0' || colon + 1 == target.size() || !std::isfinite(share)) {
+            throw std::runtime_error(target + " is not FILE:SHARE");
+        }
+        const WeightValues to = StartWeights(target.substr(0, colon));
+        for (size_t i = 0; i < WEIGHT_COUNT; ++i) sums[i] += share * (to[i] - from[i]);
+    }
+    WeightValues mixed;
+    std::transform(sums.begin(), sums.end(), mixed.begin(),
+                   [](double sum) { return static_cast<int>(std::lround(std::clamp(sum, -9999.0, 9999.0))); });
+    if (!WriteWeights(output.c_str(), mixed)) throw std::runtime_error("can't write " + output);
 }
 
 void AdoptWeights(const std::string& path, const std::string& listPath) {

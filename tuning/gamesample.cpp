@@ -72,7 +72,9 @@ void SampleGames(const std::string& path, const SamplingOptions& options, Sampli
         } else if (result == nullptr) {
             ++report.WithoutResult;
         } else {
-            SampleGame(game, std::string(" c9 \"") + result + "\";", options, dice, report, take);
+            const std::string label =
+                std::string(" c9 \"") + result + "\"; id \"game " + std::to_string(game.Number) + "\";";
+            SampleGame(game, label, options, dice, report, take);
         }
     }
     if (reader.HasReadError()) throw std::runtime_error("can't read " + path);

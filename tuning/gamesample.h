@@ -17,7 +17,8 @@ struct SamplingReport {
     int64_t Games = 0, Broken = 0, WithoutResult = 0, Positions = 0;
 };
 
-// Calls `take` with a line for each position taken out of a file of games (PGN): its four fields and the
-// result. Positions in check are left out. Throws std::runtime_error when the file can't be read.
+// Calls `take` with a line for each position taken out of a file of games (PGN): its four fields, the result
+// and the number of the game. Positions in check are left out. Throws std::runtime_error when the file can't
+// be read.
 void SampleGames(const std::string& path, const SamplingOptions& options, SamplingReport& report,
                  const std::function<void(const std::string& line)>& take);

@@ -97,6 +97,13 @@ uint64_t HashText(std::string_view text) {
     return hash ^ hash >> 32;
 }
 
+// Whether the line belongs to the part that judges.
+bool IsHeldBack(const std::string& text, int percent) {
+    const size_t id = text.find(" id \"");
+    return HashText(std::string_view(text).substr(id == std::string::npos ? 0 : id)) % 100 <
+           static_cast<uint64_t>(percent);
+}
+
 // What became of a line that was taken.
 enum Fate { USED, IMPOSSIBLE, UNQUIET, DECIDED, FATES };
 
@@ -107,7 +114,7 @@ Fate SetUpSample(const LabelledLine& line, const Choice& choice, Sample& sample)
     if (std::abs(EvaluateSample(sample)) > choice.Decided) return DECIDED;
     sample.Result = line.Result;
     sample.Source = line.Source;
-    sample.IsHeldBack = HashText(line.Text) % 100 < static_cast<uint64_t>(choice.HeldBack);
+    sample.IsHeldBack = IsHeldBack(line.Text, choice.HeldBack);
     sample.IsUsed = true;
     return USED;
 }

@@ -70,7 +70,9 @@ struct ReadingReport {
 // What is taken of the positions in files.
 struct Choice {
     int64_t Limit = INT64_MAX;  // positions, spread evenly over all
-    int HeldBack = 10;          // percent; chosen by the line alone, so that it is the same in every run
+    // Percent; chosen by the text alone, so that it is the same in every run. Positions of one game know too
+    // much of each other to be parted: those with an equal "id" go together.
+    int HeldBack = 10;
     // Centipawns: a position that stands higher for either side is decided. Whether a rook more is worth six
     // pawns or sixteen shows in no result, and a scale that suits the quiet middle must not pay for it.
     int Decided = 400;

@@ -55,8 +55,9 @@ TEST_F(TuneToolTest, PositionsComeOutOfGames) {
     EXPECT_TRUE(Says("23 positions out of 5 games, of which 1 are broken and 1 without result")) << output_;
     const std::vector<std::string> lines = Lines("positions.epd");
     ASSERT_EQ(lines.size(), 23u);
-    EXPECT_EQ(lines[0], "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - c9 \"1-0\";");
-    EXPECT_EQ(lines[8], "rnbqkbnr/pppp1ppp/8/4p3/8/5P2/PPPPP1PP/RNBQKBNR w KQkq - c9 \"0-1\";");
+    EXPECT_EQ(lines[0], "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - c9 \"1-0\"; id \"game 1\";");
+    EXPECT_EQ(lines[8],
+              "rnbqkbnr/pppp1ppp/8/4p3/8/5P2/PPPPP1PP/RNBQKBNR w KQkq - c9 \"0-1\"; id \"game 2\";");
     EXPECT_NE(lines[22].find("1/2-1/2"), std::string::npos);
 }
 
@@ -98,6 +99,22 @@ TEST_F(TuneToolTest, AdoptedWeightsStandInTheList) {
     EXPECT_NE(adopted.find("// Mobility:"), std::string::npos);
     EXPECT_EQ(names.size(), 327u);
     EXPECT_NE(names[10].find("BishopPair[0]"), std::string::npos);
+}
+
+TEST_F(TuneToolTest, WeightsAreMixed) {
+    const auto file = [](int value) {
+        std::string text;
+        for (int i = 0; i < 327; ++i) text += std::to_string(value) + "\n";
+        return text;
+    };
+    directory_.WriteFile("a", file(100));
+    directory_.WriteFile("b", file(200));
+    directory_.WriteFile("c", file(20));
+    EXPECT_EQ(Run("mix b:0.25 c:0.5 --start a -o d"), 0) << errors_;
+    EXPECT_EQ(directory_.ReadFile("d"), file(100 + 25 - 40));
+    for (const char* target : {"b", "b:", "b:x", "b:nan"}) {
+        ExpectRefusal(std::string("mix --start a -o e ") + target, "is not FILE:SHARE");
+    }
 }
 
 TEST_F(TuneToolTest, WhatCannotBeDoneIsSaid) {
