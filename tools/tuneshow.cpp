@@ -61,7 +61,8 @@ void CompareWeights(const std::string& first, const std::string& second) {
     }
 }
 
-void MixWeights(const std::string& start, const std::vector<std::string>& targets, const std::string& output) {
+void MixWeights(const std::string& start, const std::vector<std::string>& targets,
+                const std::string& output) {
     const WeightValues from = StartWeights(start);
     std::vector<double> sums(from.begin(), from.end());
     for (const std::string& target : targets) {
@@ -75,8 +76,9 @@ void MixWeights(const std::string& start, const std::vector<std::string>& target
         for (size_t i = 0; i < WEIGHT_COUNT; ++i) sums[i] += share * (to[i] - from[i]);
     }
     WeightValues mixed;
-    std::transform(sums.begin(), sums.end(), mixed.begin(),
-                   [](double sum) { return static_cast<int>(std::lround(std::clamp(sum, -9999.0, 9999.0))); });
+    std::transform(sums.begin(), sums.end(), mixed.begin(), [](double sum) {
+        return static_cast<int>(std::lround(std::clamp(sum, -9999.0, 9999.0)));
+    });
     if (!WriteWeights(output.c_str(), mixed)) throw std::runtime_error("can't write " + output);
 }
 

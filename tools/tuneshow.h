@@ -18,8 +18,8 @@ void ListWeights(const std::string& path);
 // "compare": the weights in which two files differ.
 void CompareWeights(const std::string& first, const std::string& second);
 
-// "mix": goes a part of the way from some weights to others. A target is FILE:SHARE; what it differs by counts
-// with its share.
+// "mix": goes a part of the way from some weights to others. A target is FILE:SHARE; what it differs by
+// counts with its share.
 void MixWeights(const std::string& start, const std::vector<std::string>& targets, const std::string& output);
 
 // "adopt": puts the weights of a file into the source text of the list, as the built-in ones.

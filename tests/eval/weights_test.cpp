@@ -106,7 +106,8 @@ TEST_F(WeightsTest, LeaveNothingOfTheirPredecessors) {
         }
         return scores;
     };
-    for (size_t place = 0; place < WEIGHT_COUNT; ++place) {
+    // All that the table of material is made of, and some of the others.
+    for (size_t place = 0; place < WEIGHT_COUNT; place += place < 30 ? 1 : 11) {
         WeightValues changed = defaults;
         changed[place] += 40;
         SetWeights(defaults);
