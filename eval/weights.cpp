@@ -1,8 +1,11 @@
 #include "eval/weights.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <string>
+#include <system_error>
 #include <type_traits>
 #include <vector>
 
@@ -24,8 +27,6 @@ Personality Tropism{100, 200};
 namespace {
 
 constexpr int MAX_ROW = 32;
-// Beyond any use; thirty-two men with them must fit into the sums.
-constexpr int LARGEST_WEIGHT = 9999;
 
 struct WeightRow {
     const char* Name;
@@ -182,11 +183,18 @@ bool ReadWeights(const char* path, WeightValues* values) {
     std::FILE* file = std::fopen(path, "r");
     if (file == nullptr) return false;
     std::vector<int> numbers;
-    // A weight never needs more than four digits; the width keeps a long line from overflowing the number.
-    for (int number = 0; numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%8d", &number) == 1;) {
+    // A number that fills the buffer is too long to be one.
+    char word[16];
+    bool areNumbers = true;
+    while (areNumbers && numbers.size() <= WEIGHT_COUNT && std::fscanf(file, "%15s", word) == 1) {
+        const char* const begin = word + (word[0] == '+' ? 1 : 0);
+        const char* const end = word + std::strlen(word);
+        int number = 0;
+        const auto [stop, error] = std::from_chars(begin, end, number);
+        areNumbers = stop == end && error == std::errc() && end - word < 15;
         numbers.push_back(number);
     }
-    const bool isWhole = std::feof(file) != 0 && numbers.size() == WEIGHT_COUNT;
+    const bool isWhole = areNumbers && std::feof(file) != 0 && numbers.size() == WEIGHT_COUNT;
     std::fclose(file);
     if (isWhole) std::copy(numbers.begin(), numbers.end(), values->begin());
     return isWhole;

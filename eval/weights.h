@@ -53,7 +53,10 @@ using WeightValues = std::array<int, WEIGHT_COUNT>;
 WeightValues DefaultWeights();
 WeightValues CurrentWeights();
 
-// Sets every weight and builds the tables that follow. Numbers beyond +-9999 are cut to that.
+// Beyond any use; the sums of thirty-two men have room for it.
+constexpr int LARGEST_WEIGHT = 9999;
+
+// Sets every weight and builds the tables that follow. Larger numbers are cut to the largest.
 void SetWeights(const WeightValues& values);
 
 // The name of a weight by its place in the row: as in the list, with what tells it from others of its name.

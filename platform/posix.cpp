@@ -4,6 +4,9 @@
 #include <strings.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -179,11 +182,21 @@ void FreeSharedMemory(void* memory, size_t bytes) {
     if (memory != nullptr) munmap(memory, bytes);
 }
 
+// Has the system end this process when its parent is killed, where it can.
+static void EndWithParent() {
+#ifdef __linux__
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+}
+
 bool RunWorkers(int count, const std::function<void(int)>& work, const std::function<void()>& whileWaiting) {
+    // Ended children can't be waited for while their signal is ignored.
+    std::signal(SIGCHLD, SIG_DFL);
     std::vector<pid_t> workers;
     for (int i = 0; i < count; ++i) {
         const pid_t worker = fork();
         if (worker == 0) {
+            EndWithParent();
             try {
                 work(i);
             } catch (...) {
@@ -204,7 +217,8 @@ bool RunWorkers(int count, const std::function<void(int)>& work, const std::func
             whileWaiting();
             poll(nullptr, 0, 100);
         }
-        areDone = areDone && ended == worker && WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
+        areDone = areDone && worker > 0 && ended == worker && WIFEXITED(status) &&
+                  WEXITSTATUS(status) == EXIT_SUCCESS;
     }
     return areDone;
 }

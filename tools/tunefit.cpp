@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
 
 #include "eval/weights.h"
 #include "tools/progress.h"
@@ -73,11 +75,11 @@ void PrintError(const char* name, const PredictionError& error) {
     std::printf("%s %.6f (squared %.6f)", name, error.Logarithmic, error.Squared);
 }
 
-void PrintRound(size_t round, const CurvePoint& point, double seconds) {
+void PrintRound(size_t round, const CurvePoint& point) {
     std::printf("Round %zu:", round);
     PrintError(" fitted", point.Training);
     PrintError(", held back", point.HeldBack);
-    std::printf(", %d weights changed, %.0f s\n", point.Changed, seconds);
+    std::printf(", %d weights changed\n", point.Changed);
     std::fflush(stdout);
 }
 
@@ -88,21 +90,27 @@ void PrintModel(const LogisticModel& model) {
     std::printf("\n");
 }
 
-// The same for all who have the state's errand.
-void BeginOrGoOn(const TuneRequest& request, const SampleSet& samples, const TuningOptions& options,
-                 const Labour& labour, TuningState& state) {
-    state.Model.Offsets.resize(request.Positions.size());
-    const bool isKnown = !request.State.empty() && LoadState(request.State, {samples.size(), options}, state);
-    if (isKnown) {
-        std::printf("Going on behind round %zu of %s\n", state.Curve.size() - 1, request.State.c_str());
-    } else {
-        BeginTuning(samples, options, labour, state);
+void KeepWeights(const std::string& path, const WeightValues& weights) {
+    if (!WriteWeights(path.c_str(), weights)) throw std::runtime_error("can't write " + path);
+}
+
+// Neither may be written over what is read.
+void CheckOutput(const std::string& output, const std::vector<std::string>& inputs) {
+    for (const std::string& input : inputs) {
+        std::error_code error;
+        if (std::filesystem::equivalent(input, output, error)) {
+            throw std::runtime_error(output + " is read and can't be written to");
+        }
     }
 }
 
 }  // namespace
 
 void SamplePositions(const SampleRequest& request) {
+    CheckOutput(request.Output, request.Games);
+    for (const std::string& path : request.Games) {
+        if (!std::ifstream(path)) throw std::runtime_error("can't read " + path);
+    }
     std::ofstream file(request.Output);
     SamplingReport report;
     for (const std::string& path : request.Games) {
@@ -121,28 +129,35 @@ void FitWeights(const TuneRequest& request) {
     Progress progress;
     const Labour labour = LabourOf(request.Workers, progress);
     TuningOptions options{StartWeights(request.Start), FreePlaces(request), request.Rounds, request.Hold};
+    for (const std::string& output : {request.Output, request.Curve}) CheckOutput(output, request.Positions);
     SetWeights(options.Start);
     const auto samples = ReadPositions(request, labour, progress);
     TuningState state;
-    BeginOrGoOn(request, *samples, options, labour, state);
+    BeginTuning(*samples, options, labour, state);
     progress.Clear();
     PrintModel(state.Model);
-    for (size_t round = 0; round < state.Curve.size(); ++round) PrintRound(round, state.Curve[round], 0);
+    if (!request.State.empty() && LoadState(request.State, options, state)) {
+        std::printf("Going on behind round %zu of %s\n", state.Curve.size() - 1, request.State.c_str());
+    }
+    for (size_t round = 0; round < state.Curve.size(); ++round) PrintRound(round, state.Curve[round]);
 
     // 2. The rounds; what is written behind each can be used at once.
-    const auto keepRound = [&] {
+    const auto keepRound = [&](bool isGain) {
         progress.Clear();
-        PrintRound(state.Curve.size() - 1, state.Curve.back(), progress.Seconds());
-        if (!request.State.empty()) SaveState(request.State, {samples->size(), options}, state);
-        if (!request.Curve.empty()) DrawErrorCurve(request.Curve, state.Curve);
-        if (!WriteWeights(request.Output.c_str(), state.Best)) {
-            throw std::runtime_error("can't write " + request.Output);
+        if (isGain) {
+            PrintRound(state.Curve.size() - 1, state.Curve.back());
+        } else {
+            std::printf("No step makes the error less\n");
         }
+        if (!request.State.empty()) SaveState(request.State, options, state);
+        if (!request.Curve.empty()) DrawErrorCurve(request.Curve, state.Curve);
+        KeepWeights(request.Output, state.Best);
     };
+    KeepWeights(request.Output, state.Best);
     Tune(*samples, options, labour, state, keepRound);
 
     // 3. What has come of it.
-    const auto findings = ExplainWeights(*samples, options, labour, state.Best, state.Model);
+    const auto findings = ExplainWeights(*samples, options, labour, state.Best);
     progress.Clear();
     std::printf("The weights of round %zu have been written to %s\n", BestRound(state),
                 request.Output.c_str());
@@ -158,7 +173,6 @@ void ShowError(const TuneRequest& request) {
     TuningOptions options;
     options.Start = StartWeights(request.Start);
     TuningState state;
-    state.Model.Offsets.resize(request.Positions.size());
     BeginTuning(*samples, options, labour, state);
     progress.Clear();
     PrintModel(state.Model);

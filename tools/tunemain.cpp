@@ -57,8 +57,11 @@ CLI::App* AddFit(CLI::App& app, TuneRequest& request) {
                     "A file that keeps the state: the same command goes on from it");
     fit->add_option("--curve", request.Curve, "A picture of the error by round (SVG)");
     fit->add_option("--keep", request.Keep, "Weights that stay as they are, by the names of the list")
-        ->delimiter(',');
-    fit->add_option("--only", request.Only, "The weights that may change; all without it")->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    fit->add_option("--only", request.Only, "The weights that may change; all without it")
+        ->delimiter(',')
+        ->allow_extra_args(false);
     fit->add_option("--rounds", request.Rounds, "The most rounds")
         ->check(CLI::Range(0, 1000))
         ->capture_default_str();

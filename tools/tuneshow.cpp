@@ -63,13 +63,15 @@ void CompareWeights(const std::string& first, const std::string& second) {
 
 void MixWeights(const std::string& start, const std::vector<std::string>& targets,
                 const std::string& output) {
+    constexpr double MOST = 100;  // keeps the sums within numbers
     const WeightValues from = StartWeights(start);
     std::vector<double> sums(from.begin(), from.end());
     for (const std::string& target : targets) {
         const size_t colon = target.rfind(':');
         char* end = nullptr;
         const double share = colon == std::string::npos ? 0 : std::strtod(target.c_str() + colon + 1, &end);
-        if (end == nullptr || *end != '\0' || colon + 1 == target.size() || !std::isfinite(share)) {
+        if (end == nullptr || *end != '\0' || colon + 1 == target.size() || colon == 0 ||
+            !(std::abs(share) <= MOST)) {
             throw std::runtime_error(target + " is not FILE:SHARE");
         }
         const WeightValues to = StartWeights(target.substr(0, colon));
@@ -77,7 +79,7 @@ void MixWeights(const std::string& start, const std::vector<std::string>& target
     }
     WeightValues mixed;
     std::transform(sums.begin(), sums.end(), mixed.begin(), [](double sum) {
-        return static_cast<int>(std::lround(std::clamp(sum, -9999.0, 9999.0)));
+        return static_cast<int>(std::lround(std::clamp<double>(sum, -LARGEST_WEIGHT, LARGEST_WEIGHT)));
     });
     if (!WriteWeights(output.c_str(), mixed)) throw std::runtime_error("can't write " + output);
 }
@@ -90,10 +92,12 @@ void AdoptWeights(const std::string& path, const std::string& listPath) {
     int place = 0;
     for (; (row = text.find(ROW, row)) != std::string::npos; row += sizeof ROW) {
         const auto [begin, end] = FindNumbers(text, row);
+        const auto commas = std::count(text.begin() + static_cast<ptrdiff_t>(begin),
+                                       text.begin() + static_cast<ptrdiff_t>(end), ',');
+        const int next = place + static_cast<int>(commas) + 1;
+        if (next > WEIGHT_COUNT) throw std::runtime_error(listPath + " is not the list of these weights");
         std::string numbers;
-        for (auto left = 1 + std::count(text.begin() + static_cast<ptrdiff_t>(begin),
-                                        text.begin() + static_cast<ptrdiff_t>(end), ',');
-             left > 0 && place < WEIGHT_COUNT; --left) {
+        while (place < next) {
             numbers.append(numbers.empty() ? " " : ", ").append(std::to_string(At(weights, place++)));
         }
         text.replace(begin, end - begin, numbers);

@@ -40,6 +40,7 @@ Frame FrameOf(const std::vector<CurvePoint>& curve) {
     Frame frame{1e9, -1e9, curve.size() - 1};
     for (const CurvePoint& point : curve) {
         for (const bool isHeldBack : {false, true}) {
+            if (isHeldBack && point.HeldBack.Samples == 0) continue;
             frame.Least = std::min(frame.Least, ErrorOf(point, isHeldBack));
             frame.Most = std::max(frame.Most, ErrorOf(point, isHeldBack));
         }
@@ -87,7 +88,9 @@ void DrawErrorCurve(const std::string& path, const std::vector<CurvePoint>& curv
                 "font-size='13'>\n<rect width='%g' height='%g' fill='white'/>\n",
                 WIDTH, HEIGHT, WIDTH, HEIGHT)
          << Format("<text x='%g' y='22' font-size='15'>Logarithmic error by round</text>\n", LEFT)
-         << DrawGrid(frame) << DrawCurve(frame, curve, false) << DrawCurve(frame, curve, true) << "</svg>\n";
+         << DrawGrid(frame) << DrawCurve(frame, curve, false);
+    if (curve[0].HeldBack.Samples > 0) file << DrawCurve(frame, curve, true);
+    file << "</svg>\n";
     file.close();
     if (!file) throw std::runtime_error("can't write " + path);
 }

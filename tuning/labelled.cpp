@@ -1,6 +1,7 @@
 #include "tuning/labelled.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 
@@ -24,21 +25,28 @@ const char* BehindPosition(const char* line) {
 }  // namespace
 
 double ResultOf(const char* line) {
-    // A draw holds none of the other forms, and is looked for first all the same.
     constexpr struct {
         const char* Text;
         double Points;
     } FORMS[] = {{"1/2-1/2", 0.5}, {"1-0", 1}, {"0-1", 0}, {"[1.0]", 1}, {"[0.5]", 0.5}, {"[0.0]", 0}};
-    const char* rest = BehindPosition(line);
+    const char* const rest = BehindPosition(line);
     if (rest == nullptr) return -1;
-    for (const auto& [text, points] : FORMS) {
-        if (std::strstr(rest, text) != nullptr) return points;
+    // What stands within a longer word is part of a date, a score or a name.
+    const auto isOfWord = [](char letter) {
+        return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '-' || letter == '/';
+    };
+    for (const char* at = rest; *at != '\0'; ++at) {
+        if (isOfWord(at[-1])) continue;
+        for (const auto& [text, points] : FORMS) {
+            const size_t length = std::strlen(text);
+            if (std::strncmp(at, text, length) == 0 && !isOfWord(at[length])) return points;
+        }
     }
     return -1;
 }
 
 bool ReadScore(const char* line, int* score) {
-    constexpr int HIGHEST = 30'000;
+    constexpr int HIGHEST = 2000;  // more is as won, and a mate's number would bend what the others mean
     const char* const rest = BehindPosition(line);
     const char* const found = rest == nullptr ? nullptr : std::strstr(rest, " ce ");
     if (found == nullptr) return false;

@@ -4,6 +4,14 @@
 
 #include "tuning/linearsystem.h"
 
+LogisticModel ModelFor(const SampleSet& samples) {
+    int sources = 1;
+    for (const Sample& sample : samples) sources = std::max(sources, sample.Source + 1);
+    LogisticModel model;
+    model.Offsets.resize(static_cast<size_t>(sources));
+    return model;
+}
+
 PredictionError MeasureError(const SampleSet& samples, const ScoreArray& scores, const LogisticModel& model,
                              bool isHeldBack) {
     PredictionError error;

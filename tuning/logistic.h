@@ -19,6 +19,9 @@ struct LogisticModel {
     }
 };
 
+// A model with an offset for every source of the samples.
+LogisticModel ModelFor(const SampleSet& samples);
+
 inline double ExpectedPoints(double exponent) {
     return 1 / (1 + std::exp(-exponent));
 }

@@ -60,6 +60,15 @@ void GenerateTried(bool isInCheck) {
         static_cast<int>(std::partition(MoveList + start, MoveList + MoveListTop, isTried) - MoveList);
 }
 
+bool HasLegalMove() {
+    const int start = MoveListTop;
+    GenerateMoves();
+    const bool isFound = std::any_of(MoveList + start, MoveList + MoveListTop,
+                                     [](const ScoredMove& entry) { return LeavesKingSafe(entry.Move); });
+    MoveListTop = start;
+    return isFound;
+}
+
 int SearchLine(int alpha, int beta, int depth, Line& line) {
     line.Length = 0;
     const bool isInCheck = IsInCheck();
@@ -93,5 +102,5 @@ bool ResolveToQuiet() {
     SearchLine(MATED, -MATED, DEEPEST, line);
     for (int i = 0; i < line.Length; ++i) MakeMove(line.Moves[static_cast<size_t>(i)], 1);
     HistoryLength = 0;
-    return !IsInCheck() && line.Length < DEEPEST && visited <= LARGEST_TREE;
+    return !IsInCheck() && HasLegalMove() && line.Length < DEEPEST && visited <= LARGEST_TREE;
 }

@@ -60,22 +60,22 @@ LinearSystem Regression::Equations(const std::vector<double>& moves, const Logis
     return system;
 }
 
-double HoldOf(double samples, const LogisticModel& model) {
-    // What a sample of average doubt tells about a weight that moves it by a usual double step, of the scale
-    // squared.
-    constexpr double USUAL_INFORMATION = 0.25 * 16 * 16;
-    return samples * USUAL_INFORMATION * model.Scale * model.Scale;
+std::vector<double> HoldsOf(double samples, const std::vector<WeightUse>& uses, const LogisticModel& model) {
+    constexpr double AVERAGE_DOUBT = 0.25;
+    std::vector<double> holds;
+    for (const WeightUse& use : uses) {
+        holds.push_back(samples * AVERAGE_DOUBT * use.UsualSquare() * model.Scale * model.Scale);
+    }
+    return holds;
 }
 
-void AddHold(double samples, const FreeWeights& freeWeights, const WeightValues& start,
-             const WeightValues& from, const std::vector<double>& moves, const LogisticModel& model,
-             LinearSystem& system) {
-    const double hold = HoldOf(samples, model);
+void AddHolds(const std::vector<double>& holds, const FreeWeights& freeWeights, const WeightValues& start,
+              const WeightValues& from, const std::vector<double>& moves, LinearSystem& system) {
     for (size_t i = 0; i < freeWeights.Count(); ++i) {
         const auto place = static_cast<size_t>(freeWeights.Places[i]);
         const double way = from[place] - start[place];
-        system.At(i, i) += hold;
-        system.Right(i) -= hold * (moves[i] + way / (2 * freeWeights.Steps[i]));
+        system.At(i, i) += holds[i];
+        system.Right(i) -= holds[i] * (moves[i] + way / (2 * freeWeights.Steps[i]));
     }
 }
 

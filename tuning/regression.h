@@ -10,9 +10,8 @@
 
 // The logistic regression of one round, in which every evaluation is taken for linear in the weights.
 
-// Its unknowns are the free weights, in double steps from where the slopes were
-// measured, and behind them the offsets of the sources and the
-// share by which the scale grows.
+// Its unknowns are the free weights, in double steps from where the slopes were measured, and behind them the
+// offsets of the sources and the share by which the scale grows.
 class Regression {
   public:
     Regression(const SampleSet& samples, const ScoreArray& scores, const Slopes& slopes, size_t weights,
@@ -33,14 +32,14 @@ class Regression {
     const Labour& labour_;
 };
 
-// Adds what holds the weights to their start: as if `samples` more had agreed with each of them there. `from`
-// is where the slopes were measured, `moves` how far from there the equations stand.
-void AddHold(double samples, const FreeWeights& freeWeights, const WeightValues& start,
-             const WeightValues& from, const std::vector<double>& moves, const LogisticModel& model,
-             LinearSystem& system);
+// What holds each weight to its start, as information about its double step: as much as that many samples of
+// average doubt that the weight touches would tell.
+std::vector<double> HoldsOf(double samples, const std::vector<WeightUse>& uses, const LogisticModel& model);
 
-// What the hold adds to the diagonal of the equations.
-double HoldOf(double samples, const LogisticModel& model);
+// Adds the holds to the equations. `from` is where the slopes were measured, `moves` how far from there the
+// equations stand.
+void AddHolds(const std::vector<double>& holds, const FreeWeights& freeWeights, const WeightValues& start,
+              const WeightValues& from, const std::vector<double>& moves, LinearSystem& system);
 
 // Rounds the weights one after the other, those of the coarsest unit first; what a weight loses by it the
 // others make up for as far as they can. `inverse` is the inverse matrix of the equations.

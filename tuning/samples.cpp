@@ -22,7 +22,7 @@ struct LabelledLine {
     float Result;  // White's points
     bool HasScore;
     int Score;  // from White's view, in centipawns
-    uint8_t Source;
+    int Source;
 };
 
 bool IsBlackToMove(const std::string& text) {
@@ -32,7 +32,7 @@ bool IsBlackToMove(const std::string& text) {
 }
 
 LabelledLine MakeLine(const std::string& text, double result, size_t source) {
-    LabelledLine line{text, static_cast<float>(result), false, 0, static_cast<uint8_t>(source)};
+    LabelledLine line{text, static_cast<float>(result), false, 0, static_cast<int>(source)};
     line.HasScore = ReadScore(text.c_str(), &line.Score);
     if (IsBlackToMove(text)) line.Score = -line.Score;
     return line;
@@ -40,13 +40,13 @@ LabelledLine MakeLine(const std::string& text, double result, size_t source) {
 
 // Puts a share of what the scores say in place of the results. What a centipawn of theirs means is found by
 // logistic regression of the results (Newton's method).
-void BlendScores(std::vector<LabelledLine>& lines, double share) {
+void BlendScores(std::vector<LabelledLine>& lines, const Choice& choice) {
     constexpr int ITERATIONS = 20;
     double scale = 0.005;
     for (int iteration = 0; iteration < ITERATIONS; ++iteration) {
         double slope = 0, information = 1e-9;
         for (const LabelledLine& line : lines) {
-            if (!line.HasScore) continue;
+            if (!line.HasScore || IsHeldBack(line.Text, choice.HeldBack)) continue;
             const double score = line.Score, expected = ExpectedPoints(scale * score);
             slope += (line.Result - expected) * score;
             information += expected * (1 - expected) * score * score;
@@ -56,7 +56,7 @@ void BlendScores(std::vector<LabelledLine>& lines, double share) {
     for (LabelledLine& line : lines) {
         if (!line.HasScore) continue;
         const double expected = ExpectedPoints(scale * line.Score);
-        line.Result = static_cast<float>((1 - share) * line.Result + share * expected);
+        line.Result = static_cast<float>((1 - choice.Scores) * line.Result + choice.Scores * expected);
     }
 }
 
@@ -97,13 +97,6 @@ uint64_t HashText(std::string_view text) {
     return hash ^ hash >> 32;
 }
 
-// Whether the line belongs to the part that judges.
-bool IsHeldBack(const std::string& text, int percent) {
-    const size_t id = text.find(" id \"");
-    return HashText(std::string_view(text).substr(id == std::string::npos ? 0 : id)) % 100 <
-           static_cast<uint64_t>(percent);
-}
-
 // What became of a line that was taken.
 enum Fate { USED, IMPOSSIBLE, UNQUIET, DECIDED, FATES };
 
@@ -120,6 +113,13 @@ Fate SetUpSample(const LabelledLine& line, const Choice& choice, Sample& sample)
 }
 
 }  // namespace
+
+bool IsHeldBack(std::string_view line, int percent) {
+    constexpr std::string_view ID = " id \"";
+    const size_t id = line.find(ID);
+    if (id != std::string_view::npos) line = line.substr(id, line.find('"', id + ID.size()) - id);
+    return HashText(line) % 100 < static_cast<uint64_t>(percent);
+}
 
 void ShareWork(const Labour& labour, const char* what, size_t count,
                const std::function<void(int, size_t, size_t, int64_t*)>& work) {
@@ -145,7 +145,7 @@ std::unique_ptr<SampleSet> ReadSamples(const std::vector<std::string>& paths, co
                                        const Labour& labour, ReadingReport& report) {
     std::vector<LabelledLine> lines = ReadLines(paths, report);
     ThinOut(lines, choice.Limit);
-    if (choice.Scores > 0) BlendScores(lines, choice.Scores);
+    if (choice.Scores > 0) BlendScores(lines, choice);
     auto samples = std::make_unique<SampleSet>(lines.size());
     const SharedArray<std::array<int64_t, FATES>> fates(static_cast<size_t>(labour.Workers));
     ShareWork(labour, "making quiet", lines.size(), [&](int worker, size_t begin, size_t end, int64_t* done) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/board.h"
@@ -42,7 +43,7 @@ class SharedArray {
 struct Sample {
     Board Position;
     float Result;     // White's points, 0..1: those of the game, or what a search thought of them
-    uint8_t Source;   // the place of its file
+    int Source;       // the place of its file
     bool IsHeldBack;  // judges the weights, and doesn't shape them
     bool IsUsed;      // quiet and not decided; the others count for nothing
 };
@@ -80,6 +81,9 @@ struct Choice {
     // result for all its positions, and a good search knows better what each of them is worth.
     double Scores = 0;
 };
+
+// Whether a line is among the percent that judge.
+bool IsHeldBack(std::string_view line, int percent);
 
 // Reads labelled positions and makes them quiet by the weights in force, which say what is decided, too.
 // Throws std::runtime_error when a file can't be read.

@@ -81,6 +81,20 @@ void MeasureSlopes(const SampleSet& samples, const WeightValues& weights, const 
     ShareWork(labour, "measuring slopes", samples.size(), measure);
 }
 
+std::vector<WeightUse> SumUses(const SampleSet& samples, const Slopes& slopes, size_t weights) {
+    std::vector<WeightUse> uses(weights);
+    for (size_t i = 0; i < samples.size(); ++i) {
+        if (!samples[i].IsUsed) continue;
+        const int16_t* const row = slopes.Row(i);
+        for (size_t weight = 0; weight < weights; ++weight) {
+            const double slope = row[weight];
+            uses[weight].Touched += slope != 0 ? 1 : 0;
+            uses[weight].Squares += slope * slope;
+        }
+    }
+    return uses;
+}
+
 void MeasureScores(const SampleSet& samples, const WeightValues& weights, const Labour& labour,
                    ScoreArray& scores) {
     ShareWork(labour, "evaluating", samples.size(), [&](int, size_t begin, size_t end, int64_t* done) {

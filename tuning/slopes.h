@@ -42,6 +42,17 @@ class Slopes {
 void MeasureSlopes(const SampleSet& samples, const WeightValues& weights, const FreeWeights& freeWeights,
                    bool isFirstTime, const Labour& labour, Slopes& slopes);
 
+// What a weight does to the samples that count.
+struct WeightUse {
+    int64_t Touched = 0;  // samples whose slope is not 0
+    double Squares = 0;   // the sum of the squares of their slopes
+
+    // The square of the slope of a usual sample that the weight touches; a guess where there is none.
+    double UsualSquare() const { return Touched > 0 ? Squares / static_cast<double>(Touched) : 256; }
+};
+
+std::vector<WeightUse> SumUses(const SampleSet& samples, const Slopes& slopes, size_t weights);
+
 // The evaluations of all samples, in centipawns from White's view.
 using ScoreArray = SharedArray<int16_t>;
 void MeasureScores(const SampleSet& samples, const WeightValues& weights, const Labour& labour,

@@ -27,11 +27,13 @@ class Rounds {
     // False when no step makes the error on the training part less.
     bool TryOne(TuningState& state);
 
-    // The equations about the weights, without the hold.
-    LinearSystem EquationsAt(const WeightValues& weights, const LogisticModel& model);
+    // The equations about the weights, without the holds; the model is fitted to them first.
+    LinearSystem EquationsAt(const WeightValues& weights, LogisticModel& model);
+
+    // By the slopes as they were last measured.
+    std::vector<WeightUse> Uses() const { return SumUses(samples_, slopes_, freeWeights_.Count()); }
 
     const FreeWeights& Free() const { return freeWeights_; }
-    const int16_t* SlopesOf(size_t sample) const { return slopes_.Row(sample); }
 
   private:
     void Measure(const WeightValues& weights);
@@ -52,22 +54,26 @@ void Rounds::Measure(const WeightValues& weights) {
     isFirstTime_ = false;
 }
 
-LinearSystem Rounds::EquationsAt(const WeightValues& weights, const LogisticModel& model) {
+LinearSystem Rounds::EquationsAt(const WeightValues& weights, LogisticModel& model) {
     Measure(weights);
+    FitModel(samples_, scores_, model);
     const Regression regression(samples_, scores_, slopes_, freeWeights_.Count(), labour_);
     return regression.Equations(std::vector<double>(freeWeights_.Count()), model);
 }
 
-// The weights that the regression about the present ones wants, none farther away than a double step.
+// The weights that the regression about the present ones wants, none farther away than a double step before
+// they are rounded.
 WeightValues Rounds::Propose(const TuningState& state) {
     constexpr int ITERATIONS = 3;
     Measure(state.Weights);
     const Regression regression(samples_, scores_, slopes_, freeWeights_.Count(), labour_);
+    const std::vector<WeightUse> uses = Uses();
     LogisticModel model = state.Model;
     std::vector<double> moves(freeWeights_.Count()), inverse;
     for (int iteration = 0; iteration < ITERATIONS; ++iteration) {
         LinearSystem system = regression.Equations(moves, model);
-        AddHold(options_.Hold, freeWeights_, options_.Start, state.Weights, moves, model, system);
+        const std::vector<double> holds = HoldsOf(options_.Hold, uses, model);
+        AddHolds(holds, freeWeights_, options_.Start, state.Weights, moves, system);
         if (!system.Factor()) return state.Weights;
         const std::vector<double> change = system.Solve();
         for (size_t i = 0; i < moves.size(); ++i) moves[i] = std::clamp(moves[i] + change[i], -1.0, 1.0);
@@ -95,17 +101,23 @@ bool Rounds::TryOne(TuningState& state) {
             if (BestRound(state) + 1 == state.Curve.size()) state.Best = proposal;
             return true;
         }
-        for (size_t i = 0; i < WEIGHT_COUNT; ++i) proposal[i] = (proposal[i] + state.Weights[i]) / 2;
+        for (size_t i = 0; i < WEIGHT_COUNT; ++i) {
+            proposal[i] = state.Weights[i] + (proposal[i] - state.Weights[i]) / 2;
+        }
     }
     return false;
 }
 
 }  // namespace
 
+const PredictionError& JudgeOf(const CurvePoint& point) {
+    return point.HeldBack.Samples > 0 ? point.HeldBack : point.Training;
+}
+
 size_t BestRound(const TuningState& state) {
     const auto best = std::min_element(state.Curve.begin(), state.Curve.end(),
                                        [](const CurvePoint& a, const CurvePoint& b) {
-                                           return a.HeldBack.Logarithmic < b.HeldBack.Logarithmic;
+                                           return JudgeOf(a).Logarithmic < JudgeOf(b).Logarithmic;
                                        });
     return static_cast<size_t>(best - state.Curve.begin());
 }
@@ -113,59 +125,59 @@ size_t BestRound(const TuningState& state) {
 void BeginTuning(const SampleSet& samples, const TuningOptions& options, const Labour& labour,
                  TuningState& state) {
     state.Weights = state.Best = options.Start;
+    state.Model = ModelFor(samples);
     ScoreArray scores(samples.size());
     MeasureScores(samples, state.Weights, labour, scores);
     FitModel(samples, scores, state.Model);
     state.Curve = {{MeasureError(samples, scores, state.Model, false),
                     MeasureError(samples, scores, state.Model, true), 0}};
-    state.IsDone = false;
+    state.IsExhausted = false;
+}
+
+bool IsUnderWay(const TuningState& state, const TuningOptions& options) {
+    constexpr size_t PATIENCE = 2;  // rounds
+    if (state.IsExhausted || state.Curve.size() > static_cast<size_t>(options.Rounds)) return false;
+    return state.Curve.size() <= BestRound(state) + PATIENCE;
 }
 
 void Tune(const SampleSet& samples, const TuningOptions& options, const Labour& labour, TuningState& state,
-          const std::function<void()>& roundDone) {
-    constexpr size_t PATIENCE = 2;  // rounds
-    const auto isDue = [&] {
-        return !state.IsDone && static_cast<int>(state.Curve.size()) <= options.Rounds;
-    };
-    if (!isDue()) return;
+          const std::function<void(bool isGain)>& roundDone) {
+    if (!IsUnderWay(state, options)) return;
     Rounds rounds(samples, options, labour);
-    while (isDue()) {
-        state.IsDone = !rounds.TryOne(state) || state.Curve.size() > BestRound(state) + PATIENCE + 1;
-        roundDone();
+    while (IsUnderWay(state, options)) {
+        state.IsExhausted = !rounds.TryOne(state);
+        roundDone(!state.IsExhausted);
     }
 }
 
 std::vector<WeightFinding> ExplainWeights(const SampleSet& samples, const TuningOptions& options,
-                                          const Labour& labour, const WeightValues& weights,
-                                          const LogisticModel& model) {
-    // 1. The equations at the end, without and with the hold.
+                                          const Labour& labour, const WeightValues& weights) {
+    // 1. The equations at the end, without and with the holds.
     Rounds rounds(samples, options, labour);
+    LogisticModel model = ModelFor(samples);
     LinearSystem system = rounds.EquationsAt(weights, model);
     const FreeWeights& freeWeights = rounds.Free();
+    const std::vector<WeightUse> uses = rounds.Uses();
+    const std::vector<double> holds = HoldsOf(options.Hold, uses, model);
     const size_t count = freeWeights.Count(), size = system.Size();
     std::vector<WeightFinding> findings(count);
-    for (size_t i = 0; i < count; ++i) findings[i].Knowledge = system.At(i, i) / HoldOf(options.Hold, model);
-    AddHold(options.Hold, freeWeights, options.Start, weights, std::vector<double>(count), model, system);
+    for (size_t i = 0; i < count; ++i) findings[i].Knowledge = system.At(i, i) / holds[i];
+    AddHolds(holds, freeWeights, options.Start, weights, std::vector<double>(count), system);
     if (!system.Factor()) return {};
     const std::vector<double> inverse = system.Inverse();
 
     // 2. What each weight does.
-    const auto samplesInAll = static_cast<double>(std::max<size_t>(1, samples.size()));
+    const auto used = static_cast<double>(
+        std::count_if(samples.begin(), samples.end(), [](const Sample& sample) { return sample.IsUsed; }));
     for (size_t i = 0; i < count; ++i) {
-        int64_t touched = 0;
-        double squares = 0;
-        for (size_t sample = 0; sample < samples.size(); ++sample) {
-            const double slope = rounds.SlopesOf(sample)[i];
-            touched += slope != 0 ? 1 : 0;
-            squares += slope * slope;
-        }
         WeightFinding& finding = findings[i];
         finding.Place = freeWeights.Places[i];
         const auto place = static_cast<size_t>(finding.Place);
-        const double doubleSteps = (weights[place] - options.Start[place]) / (2.0 * freeWeights.Steps[i]);
-        finding.Touched = static_cast<double>(touched) / samplesInAll;
-        finding.Effect = std::abs(doubleSteps) * std::sqrt(squares / samplesInAll);
-        finding.Deviation = std::sqrt(inverse[i * size + i]) * 2 * freeWeights.Steps[i];
+        const double doubleStep = 2.0 * freeWeights.Steps[i];
+        finding.Touched = static_cast<double>(uses[i].Touched) / used;
+        finding.Effect =
+            std::abs(weights[place] - options.Start[place]) / doubleStep * std::sqrt(uses[i].Squares / used);
+        finding.Deviation = std::sqrt(inverse[i * size + i]) * doubleStep;
     }
     return findings;
 }

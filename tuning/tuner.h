@@ -16,7 +16,8 @@ struct TuningOptions {
     WeightValues Start = {};  // where the weights come from, and stay when the data say nothing about them
     std::vector<int> Places;  // the weights that may change
     int Rounds = 10;
-    // How strongly a weight holds to its start: as if so many samples had agreed with it there.
+    // How strongly a weight holds to its start: as if so many samples that it touches had agreed with it
+    // there.
     double Hold = 100;
 };
 
@@ -28,13 +29,16 @@ struct CurvePoint {
 // Where the work stands between two rounds.
 struct TuningState {
     WeightValues Weights = {};
-    WeightValues Best = {};  // those with the least error on the part that is held back
+    WeightValues Best = {};  // those of BestRound
     LogisticModel Model;
     std::vector<CurvePoint> Curve;  // the first is that of the start
-    bool IsDone = false;
+    bool IsExhausted = false;       // no step has made the error on the training part less
 };
 
-// The place in the curve with the least error on the part that is held back.
+// The error that judges: that of the part that is held back, or of the other one where nothing is.
+const PredictionError& JudgeOf(const CurvePoint& point);
+
+// The place in the curve where it is least.
 size_t BestRound(const TuningState& state);
 
 // Sets the state to the beginning: the start weights, the scale and the offsets that suit them best. These
@@ -42,10 +46,14 @@ size_t BestRound(const TuningState& state);
 void BeginTuning(const SampleSet& samples, const TuningOptions& options, const Labour& labour,
                  TuningState& state);
 
-// Goes on until the rounds are done, the training part has nothing more to give, or the part that is held
-// back has not gained for two rounds; calls `roundDone` behind each round.
+// Whether there is another round to do: fewer are done than were asked for, the training part has more to
+// give, and the part that judges has gained within the last two.
+bool IsUnderWay(const TuningState& state, const TuningOptions& options);
+
+// Does the rounds that are left; calls `roundDone` behind each, also behind one that has gained nothing and
+// is not kept.
 void Tune(const SampleSet& samples, const TuningOptions& options, const Labour& labour, TuningState& state,
-          const std::function<void()>& roundDone);
+          const std::function<void(bool isGain)>& roundDone);
 
 // What the data say about a free weight.
 struct WeightFinding {
@@ -58,5 +66,4 @@ struct WeightFinding {
 
 // By place; `weights` are those that came out.
 std::vector<WeightFinding> ExplainWeights(const SampleSet& samples, const TuningOptions& options,
-                                          const Labour& labour, const WeightValues& weights,
-                                          const LogisticModel& model);
+                                          const Labour& labour, const WeightValues& weights);

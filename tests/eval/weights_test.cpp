@@ -106,8 +106,8 @@ TEST_F(WeightsTest, LeaveNothingOfTheirPredecessors) {
         }
         return scores;
     };
-    // All that the table of material is made of, and some of the others.
-    for (size_t place = 0; place < WEIGHT_COUNT; place += place < 30 ? 1 : 11) {
+    // Half a million entries are no work for instrumented programs.
+    for (size_t place = 0; place < WEIGHT_COUNT; place += WORK_DIVISOR) {
         WeightValues changed = defaults;
         changed[place] += 40;
         SetWeights(defaults);
@@ -118,16 +118,28 @@ TEST_F(WeightsTest, LeaveNothingOfTheirPredecessors) {
     }
 }
 
+TEST_F(WeightsTest, TheFileThatShipsHoldsTheBuiltInOnes) {
+    WeightValues shipped;
+    ASSERT_TRUE(ReadWeights(KESTROVAN_TEST_DATA "/../../eval/values.txt", &shipped));
+    EXPECT_EQ(shipped, DefaultWeights());
+}
+
 TEST_F(WeightsTest, ADamagedFileChangesNothing) {
     const std::string defaults = Written();
     const int score = Evaluation();
     const std::string half = defaults.substr(0, defaults.size() / 2);
-    for (const std::string& text : {std::string(), half, defaults + "1\n", half + "x\n" + half,
-                                    defaults + "x", "1." + defaults, std::string(100'000, '9')}) {
+    for (const std::string& text :
+         {std::string(), half, defaults + "1\n", half + "x\n" + half, defaults + "x", "1." + defaults,
+          "1-2" + defaults.substr(defaults.find('\n')), std::string(100'000, '9')}) {
         EXPECT_FALSE(Load(text)) << text.substr(0, 50);
         EXPECT_EQ(Written(), defaults);
         EXPECT_EQ(Evaluation(), score);
     }
+    // A number that is too large is one number all the same.
+    ASSERT_TRUE(Load("1000000005" + defaults.substr(defaults.find('\n'))));
+    EXPECT_EQ(CurrentWeights()[0], LARGEST_WEIGHT);
+    EXPECT_EQ(CurrentWeights()[1], DefaultWeights()[1]);
+    SetWeights(DefaultWeights());
     EXPECT_FALSE(LoadWeights(directory_.FilePath("absent").c_str()));
     EXPECT_FALSE(WriteWeights(directory_.FilePath("absent/weights").c_str()));
 }

@@ -72,6 +72,8 @@ TEST_F(TuneToolTest, FitsAndGoesOn) {
     EXPECT_EQ(Run(std::string(FIT) + "--rounds 2 --hold 1 --state state -o two.txt --workers 1"), 0)
         << errors_;
     EXPECT_TRUE(Says("Going on behind round 1 of state")) << output_;
+    EXPECT_EQ(Run(std::string(FIT) + "--rounds 2 --hold 1 --state state -o three.txt"), 0) << errors_;
+    EXPECT_EQ(directory_.ReadFile("three.txt"), directory_.ReadFile("two.txt"));
     EXPECT_EQ(Run("compare two.txt"), 0);
     for (const std::string& line : Lines("output")) {
         EXPECT_TRUE(line.find("Space") != line.npos || line.find("HangingPawn") != line.npos ||
@@ -81,7 +83,8 @@ TEST_F(TuneToolTest, FitsAndGoesOn) {
     EXPECT_EQ(Run("error positions.epd --start two.txt"), 0);
     EXPECT_TRUE(Says("Fitted part:")) << output_;
     EXPECT_NE(Run("fit positions.epd --state state"), 0);
-    EXPECT_NE(errors_.find("belongs to other positions or options"), std::string::npos) << errors_;
+    EXPECT_NE(errors_.find("belongs to other positions, options or evaluations"), std::string::npos)
+        << errors_;
 }
 
 TEST_F(TuneToolTest, AdoptedWeightsStandInTheList) {
@@ -99,6 +102,10 @@ TEST_F(TuneToolTest, AdoptedWeightsStandInTheList) {
     EXPECT_NE(adopted.find("\"no pawns, minors\", 1326)"), std::string::npos);
     EXPECT_NE(adopted.find("// Mobility:"), std::string::npos);
     EXPECT_EQ(names.size(), 327u);
+    const std::string longer = adopted + "\nWEIGHT(int, Extra, \"one more\", 77)\n";
+    directory_.WriteFile("list.inc", longer);
+    ExpectRefusal("adopt values.txt list.inc", "not the list of these weights");
+    EXPECT_EQ(directory_.ReadFile("list.inc"), longer);
     EXPECT_NE(names[10].find("BishopPair[0]"), std::string::npos);
 }
 
@@ -113,7 +120,7 @@ TEST_F(TuneToolTest, WeightsAreMixed) {
     directory_.WriteFile("c", file(20));
     EXPECT_EQ(Run("mix b:0.25 c:0.5 --start a -o d"), 0) << errors_;
     EXPECT_EQ(directory_.ReadFile("d"), file(100 + 25 - 40));
-    for (const char* target : {"b", "b:", "b:x", "b:nan"}) {
+    for (const char* target : {"b", "b:", "b:x", "b:nan", ":0.5"}) {
         ExpectRefusal(std::string("mix --start a -o e ") + target, "is not FILE:SHARE");
     }
 }
@@ -126,7 +133,11 @@ TEST_F(TuneToolTest, WhatCannotBeDoneIsSaid) {
     ExpectRefusal("fit positions.epd --only Space --keep Space", "nothing to fit");
     ExpectRefusal("fit positions.epd --start short.txt", "no file of 327 weights");
     ExpectRefusal("adopt short.txt short.txt", "no file of 327 weights");
-    ExpectRefusal("sample absent.pgn -o out.epd", "can't read absent.pgn");
+    ExpectRefusal("sample absent.pgn -o positions.epd", "can't read absent.pgn");
+    ExpectRefusal("sample games.pgn -o games.pgn", "games.pgn is read");
+    ExpectRefusal("fit positions.epd -o positions.epd", "positions.epd is read");
+    EXPECT_EQ(directory_.ReadFile("games.pgn"), GAMES);
+    EXPECT_EQ(Lines("positions.epd").size(), 23u);
     EXPECT_NE(Run("fit junk"), 0);
     EXPECT_NE(errors_.find("there is nothing to fit to"), std::string::npos) << errors_;
     EXPECT_NE(Run("fit positions.epd -o absent/values.txt --only Space --rounds 1"), 0);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -9,6 +10,7 @@
 #include "tests/eval/evaltest.h"
 #include "tests/support/tempdirectory.h"
 #include "tuning/linearsystem.h"
+#include "tuning/regression.h"
 #include "tuning/tunestate.h"
 
 namespace {
@@ -22,11 +24,11 @@ bool IsPawnEnding(const Board& position) {
 // Samples whose results are exactly what some weights foretell, so that these are the best there are.
 class TunerTest : public EvalTest {
   protected:
-    static constexpr int SAMPLES = 1200 / WORK_DIVISOR;
+    static constexpr int SAMPLES = 3000 / WORK_DIVISOR;
 
     TunerTest() : samples_(SAMPLES) {
-        for (const char* name : {"BishopPair", "HangingPiece", "PassedRank", "KingAttacker",
-                                 "PsqKnightOpening", "TrappedBishop", "DriveCorner", "KingCutOffBonus"}) {
+        for (const char* name : {"BishopPair", "HangingPiece", "PassedRank[3]", "KingAttacker[0]",
+                                 "PsqKnightOpening[0]", "TrappedBishop", "DriveCorner", "KingCutOffBonus"}) {
             for (int place = 0; place < WEIGHT_COUNT; ++place) {
                 if (IsWeightOf(place, name)) options_.Places.push_back(place);
             }
@@ -67,7 +69,7 @@ class TunerTest : public EvalTest {
     }
 
     void TuneAll() {
-        Tune(samples_, options_, labour_, state_, [] {});
+        Tune(samples_, options_, labour_, state_, [](bool) {});
     }
 
     SampleSet samples_;
@@ -84,12 +86,10 @@ TEST_F(TunerTest, FindsTheWeightsThatTheResultsComeFrom) {
     EXPECT_LT(end.Training.Squared, begin.Training.Squared / 50);
     EXPECT_LT(end.HeldBack.Squared, begin.HeldBack.Squared / 20);
     EXPECT_NEAR(state_.Model.Offsets[0], OFFSET, 0.005);
-    for (const WeightFinding& finding :
-         ExplainWeights(samples_, options_, labour_, state_.Best, state_.Model)) {
+    for (const WeightFinding& finding : ExplainWeights(samples_, options_, labour_, state_.Best)) {
         // A few per cent of the samples say enough, where there is no noise but that of rounding.
-        if (finding.Touched < 0.02 || SAMPLES < 1200) continue;
-        const std::string name = WeightName(finding.Place);
-        const int unit = name.rfind("KingAttacker", 0) == 0 ? 10 : name.rfind("Psq", 0) == 0 ? 4 : 1;
+        if (finding.Touched < 0.02 || SAMPLES < 3000) continue;
+        const int unit = IsWeightOf(finding.Place, "KingAttacker") ? 10 : 1;
         EXPECT_NEAR(At(state_.Best, finding.Place), At(truth_, finding.Place), 2 * unit)
             << WeightName(finding.Place);
     }
@@ -131,21 +131,18 @@ TEST_F(TunerTest, ThePartThatIsHeldBackOnlyJudges) {
 TEST_F(TunerTest, WorkThatWasStoppedGoesOn) {
     const TempDirectory directory;
     const std::string path = directory.FilePath("state");
-    const TuningErrand errand{samples_.size(), options_};
     options_.Rounds = 3;
     const TuningState begin = state_;
     TuneAll();
     const TuningState whole = state_;
-    EXPECT_FALSE(LoadState(path, errand, state_));
+    EXPECT_FALSE(LoadState(path, options_, state_));
 
     state_ = begin;
     for (options_.Rounds = 1; options_.Rounds <= 3; ++options_.Rounds) {
         TuneAll();
-        SaveState(path, errand, state_);
-        TuningState read;
-        read.Model.Offsets.resize(1);
-        ASSERT_TRUE(LoadState(path, errand, read));
-        state_ = read;
+        SaveState(path, options_, state_);
+        state_ = begin;
+        ASSERT_TRUE(LoadState(path, options_, state_));
     }
     EXPECT_EQ(state_.Curve.size(), whole.Curve.size());
     // Slopes that were 0 are measured again at each start, so a few weights may differ by a little.
@@ -153,21 +150,68 @@ TEST_F(TunerTest, WorkThatWasStoppedGoesOn) {
 
     // Other errands and damaged files are refused, and change nothing.
     const std::string text = directory.ReadFile("state");
-    const auto refuses = [&](const TuningErrand& other) {
-        EXPECT_THROW(LoadState(path, other, state_), std::runtime_error);
+    const auto refuses = [&](const TuningOptions& options, const TuningState& from) {
+        TuningState state = from;
+        EXPECT_THROW(LoadState(path, options, state), std::runtime_error);
+        EXPECT_EQ(state.Curve.size(), 1u);
     };
-    refuses({samples_.size() + 1, options_});
     TuningOptions others = options_;
     others.Places.pop_back();
-    refuses({samples_.size(), others});
+    refuses(others, begin);
     others = options_;
     ++others.Start[5];
-    refuses({samples_.size(), others});
-    for (const std::string& damaged : {std::string(), text.substr(0, text.size() / 2), "x" + text}) {
+    refuses(others, begin);
+    TuningState elsewhere = begin;
+    elsewhere.Curve[0].HeldBack.Logarithmic += 1e-12;
+    refuses(options_, elsewhere);
+    const std::string wild = text.substr(0, text.rfind('\n', text.size() - 2) + 1);
+    for (const std::string& damaged :
+         {std::string(), text.substr(0, text.size() / 2), "x" + text,
+          wild + std::to_string(options_.Start[WEIGHT_COUNT - 1]) + " 99999 0 0\n"}) {
         directory.WriteFile("state", damaged);
-        refuses(errand);
+        refuses(options_, begin);
     }
-    EXPECT_THROW(SaveState(directory.FilePath("absent/state"), errand, state_), std::runtime_error);
+    EXPECT_THROW(SaveState(directory.FilePath("absent/state"), options_, state_), std::runtime_error);
+}
+
+TEST_F(TunerTest, WithoutAPartThatIsHeldBackTheOtherJudges) {
+    for (Sample& sample : samples_) sample.IsHeldBack = false;
+    options_.Rounds = 1;
+    BeginTuning(samples_, options_, labour_, state_);
+    TuneAll();
+    EXPECT_EQ(BestRound(state_), 1u);
+    EXPECT_EQ(state_.Best, state_.Weights);
+}
+
+TEST(PatienceTest, TwoRoundsWithoutGainAreEnough) {
+    TuningOptions options;
+    options.Rounds = 9;
+    TuningState state;
+    for (const double error : {0.5, 0.4, 0.41, 0.42}) {
+        EXPECT_TRUE(state.Curve.size() < 2 || IsUnderWay(state, options));
+        CurvePoint point{};
+        point.HeldBack = {error, error, 10};
+        state.Curve.push_back(point);
+    }
+    EXPECT_FALSE(IsUnderWay(state, options));
+    state.Curve.back().HeldBack.Logarithmic = 0.39;
+    EXPECT_TRUE(IsUnderWay(state, options));
+    state.IsExhausted = true;
+    EXPECT_FALSE(IsUnderWay(state, options));
+}
+
+// What rounding takes from one weight another gives back.
+TEST(RoundWeightsTest, TheOthersMakeUpForWhatIsLost) {
+    const FreeWeights freeWeights{{3, 7}, {1, 64}};
+    // Both do the same, so that only their sum is known well.
+    LinearSystem system(2);
+    system.At(0, 0) = system.At(1, 1) = 1.001;
+    system.At(1, 0) = 1;
+    ASSERT_TRUE(system.Factor());
+    const WeightValues rounded = RoundWeights({}, freeWeights, {0.2, 0}, system.Inverse());
+    // 0.4 of a weight is rounded to 0; the other then goes 0.2 double steps.
+    EXPECT_EQ(rounded[3], 0);
+    EXPECT_NEAR(rounded[7], 0.2 * 128, 1);
 }
 
 TEST(LinearSystemTest, Solves) {
