@@ -215,7 +215,7 @@ bool RunWorkers(int count, const std::function<void(int)>& work, const std::func
             ended = waitpid(worker, &status, WNOHANG);
             if (ended > 0 || (ended < 0 && errno != EINTR)) break;
             whileWaiting();
-            poll(nullptr, 0, 100);
+            poll(nullptr, 0, 5);
         }
         areDone = areDone && worker > 0 && ended == worker && WIFEXITED(status) &&
                   WEXITSTATUS(status) == EXIT_SUCCESS;

@@ -27,7 +27,7 @@ class TunerTest : public EvalTest {
     static constexpr int SAMPLES = 3000 / WORK_DIVISOR;
 
     TunerTest() : samples_(SAMPLES) {
-        for (const char* name : {"BishopPair", "HangingPiece", "PassedRank[3]", "KingAttacker[0]",
+        for (const char* name : {"ThreatByPush", "HangingPiece", "PassedRank[3]", "KingAttacker[0]",
                                  "PsqKnightOpening[0]", "TrappedBishop", "DriveCorner", "KingCutOffBonus"}) {
             for (int place = 0; place < WEIGHT_COUNT; ++place) {
                 if (IsWeightOf(place, name)) options_.Places.push_back(place);
