@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "core/board.h"
 #include "eval/weights.h"
@@ -115,17 +116,15 @@ MaterialWeights CurrentMaterialWeights() {
             Exchange,   TwoMinorsForRook, MinorAhead, LoneMinor,    NoPawns};
 }
 
-// What the table has been filled from; its phases alone make no table of zeros right.
-MaterialWeights filledFrom;
-bool isFilled = false;
+// What the table has been filled from, once it has been.
+std::optional<MaterialWeights> filledFrom;
 
 }  // namespace
 
 void FillMaterialTable() {
     const MaterialWeights weights = CurrentMaterialWeights();
-    if (isFilled && weights == filledFrom) return;
+    if (weights == filledFrom) return;
     filledFrom = weights;
-    isFilled = true;
     for (uint32_t signature = 0; signature < SIGNATURE_COUNT; ++signature) {
         uint32_t rest = signature;
         const auto digit = [&rest](uint32_t base) {

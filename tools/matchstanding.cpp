@@ -1,19 +1,10 @@
 #include "tools/matchstanding.h"
 
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
+
+#include "core/textformat.h"
 
 namespace {
-
-[[gnu::format(printf, 1, 2)]] std::string Format(const char* format, ...) {
-    char text[200];
-    va_list values;
-    va_start(values, format);
-    std::vsnprintf(text, sizeof text, format, values);
-    va_end(values);
-    return text;
-}
 
 std::string EloText(const PairCounts& pairs) {
     const double elo = EloOfScore(MeanScore(pairs)), error = EloError(pairs);

@@ -18,6 +18,11 @@
 
 namespace {
 
+// As printf wants it.
+long long Wide(int64_t number) {
+    return number;
+}
+
 // Labour that shows on the error stream how far it is.
 Labour LabourOf(int workers, Progress& progress) {
     const auto tell = [&progress](const char* what, double done) {
@@ -34,12 +39,11 @@ std::unique_ptr<SampleSet> ReadPositions(const TuneRequest& request, const Labou
     ReadingReport report;
     auto samples = ReadSamples(request.Positions, request.Chosen, labour, report);
     progress.Clear();
-    const auto count = [](int64_t number) { return static_cast<long long>(number); };
     std::printf(
         "Positions: %lld lines, without result %lld; %zu taken, of them impossible %lld, not quiet %lld, "
         "decided %lld\n",
-        count(report.Lines), count(report.WithoutResult), samples->size(), count(report.Impossible),
-        count(report.Unquiet), count(report.Decided));
+        Wide(report.Lines), Wide(report.WithoutResult), samples->size(), Wide(report.Impossible),
+        Wide(report.Unquiet), Wide(report.Decided));
     if (std::none_of(samples->begin(), samples->end(),
                      [](const Sample& sample) { return sample.IsUsed && !sample.IsHeldBack; })) {
         throw std::runtime_error("there is nothing to fit to");
@@ -118,10 +122,8 @@ void SamplePositions(const SampleRequest& request) {
     }
     file.close();
     if (!file) throw std::runtime_error("can't write " + request.Output);
-    const auto count = [](int64_t number) { return static_cast<long long>(number); };
     std::printf("%lld positions out of %lld games, of which %lld are broken and %lld without result\n",
-                count(report.Positions), count(report.Games), count(report.Broken),
-                count(report.WithoutResult));
+                Wide(report.Positions), Wide(report.Games), Wide(report.Broken), Wide(report.WithoutResult));
 }
 
 void FitWeights(const TuneRequest& request) {

@@ -1,10 +1,10 @@
 #include "tuning/errorcurve.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <fstream>
 #include <stdexcept>
+
+#include "core/textformat.h"
 
 namespace {
 
@@ -22,15 +22,6 @@ struct Frame {
     }
     double Y(double error) const { return TOP + (HEIGHT - TOP - BOTTOM) * (Most - error) / (Most - Least); }
 };
-
-[[gnu::format(printf, 1, 2)]] std::string Format(const char* format, ...) {
-    char text[300];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
-    return text;
-}
 
 double ErrorOf(const CurvePoint& point, bool isHeldBack) {
     return (isHeldBack ? point.HeldBack : point.Training).Logarithmic;
