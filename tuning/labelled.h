@@ -7,9 +7,8 @@
 // or without quotes, or [1.0], [0.5], [0.0]; not within a longer word.
 double ResultOf(const char* line);
 
-// What a search has said of the position, in centipawns from the side to move's view: the number behind "ce",
-// at most
-// +-2000. False when the line has none.
+// What a search has said of the position, in centipawns from the side to move's view: the number behind
+// "ce", at most +-2000. False when the line has none.
 bool ReadScore(const char* line, int* score);
 
 // Sets the position of the line up on `board`; false, and the board undefined, when no game can have it.
